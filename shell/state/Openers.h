@@ -2,6 +2,7 @@
 // What a command may open. Forms open each other in circles, includes do not: shell/Wiring.cpp fills this
 // once; tests put in their own.
 
+#include <QString>
 #include <functional>
 
 namespace vardelin {
@@ -13,16 +14,32 @@ struct Openers
 {
     // Modal: return when the window is closed.
     std::function<void()> frmClient, frmEmployee, frmProject, frmRate, frmActivity;
+    std::function<void()> frmToDo, frmInactiveClients, frmLetterhead;
     std::function<void()> frmTip, frmIntroduction, frmAboutvarden;
     // Shown, not modal. The new window's file is DatabaseFileName.
     std::function<EntryWindow *()> NewEntryWindow;
     std::function<DisplayWindow *()> NewDisplayWindow;
+    std::function<void()> frmActiveClients, frmPaymentsDisbursements, frmBrowser;
+    // The search, which reads SearchClient, SearchProject and which kind of window was last active. The name
+    // is the one that its report entry is for; empty: that entry is off.
+    std::function<void(const QString &reportName)> frmSearch;
+    // The whole command: it asks for client and dates and shows the invoice.
+    std::function<void()> mnuCreateInvoice;
     // Makes the window of a slot again that was closed.
     std::function<EntryWindow *(int index)> makeEntryWindow;
     std::function<void()> TileHorizontally, TileVertically, CascadeWindows;
     std::function<void()> ExitProgram;
     // Commands whose windows come later say so through this, with the command's caption.
-    std::function<void(const char16_t *what)> notYet;
+    std::function<void(QStringView what)> notYet;
+
+    // Opens a window, or says that it isn't there yet. The caption may hold a mnemonic.
+    void open(const std::function<void()> &opener, QString caption) const
+    {
+        if (opener)
+            opener();
+        else if (notYet)
+            notYet(caption.remove(u'&'));
+    }
 };
 
 } // namespace vardelin
