@@ -10,6 +10,8 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 
+using namespace Qt::StringLiterals;
+
 namespace vardelin {
 
 namespace {
@@ -74,7 +76,7 @@ void setSelText(QWidget *field, const QString &text)
 void copySelection(const QWidget *field)
 {
     if (field) // other programs here end their lines with LF alone
-        QGuiApplication::clipboard()->setText(selText(field).replace(u"\r\n", u"\n"));
+        QGuiApplication::clipboard()->setText(selText(field).replace(u"\r\n"_s, u"\n"_s));
 }
 
 void cutSelection(QWidget *field)
