@@ -1,0 +1,116 @@
+#include "platform/jet/ChangeSet.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace vardelin::jet {
+
+namespace {
+constexpr std::size_t kSpareCopies = 256; // kept from one command to the next
+}
+
+void ChangeSet::begin(PageNo pageCount)
+{
+    m_levels.push_back({pageCount, m_undo.size()});
+}
+
+ChangeSet::Copy *ChangeSet::take()
+{
+    if (m_free.empty()) {
+        m_copies.push_back(std::make_unique<Copy>());
+        return m_copies.back().get();
+    }
+    Copy *copy = m_free.back();
+    m_free.pop_back();
+    return copy;
+}
+
+std::byte *ChangeSet::change(PageNo page, const std::byte *base)
+{
+    if (page >= m_byPage.size())
+        m_byPage.resize(std::max<std::size_t>(page + 1, m_byPage.size() * 2));
+    Copy *&copy = m_byPage[page];
+    if (copy != nullptr && copy->level == level())
+        return copy->bytes;
+    const Undo undo{copy, copy == nullptr ? nullptr : take(), copy == nullptr ? 0 : copy->level};
+    if (copy != nullptr) {
+        std::memcpy(undo.before->bytes, copy->bytes, kPageSize);
+    } else {
+        copy = take();
+        copy->page = page;
+        if (base != nullptr)
+            std::memcpy(copy->bytes, base, kPageSize);
+        else
+            std::memset(copy->bytes, 0, kPageSize);
+        m_touched.push_back(page);
+        ++m_live;
+    }
+    copy->level = level();
+    if (level() > 1)
+        m_undo.push_back({copy, undo.before, undo.level});
+    return copy->bytes;
+}
+
+void ChangeSet::keepInner()
+{
+    const std::size_t outer = level() - 1;
+    const std::size_t first = m_levels.back().firstUndo;
+    std::size_t kept = first;
+    for (std::size_t i = first; i < m_undo.size(); ++i) {
+        const Undo undo = m_undo[i];
+        undo.copy->level = outer;
+        const bool outerKnows = outer == 1 || undo.level == outer;
+        if (!outerKnows)
+            m_undo[kept++] = undo;
+        else if (undo.before != nullptr)
+            give(undo.before);
+    }
+    m_undo.resize(kept);
+    m_levels.pop_back();
+}
+
+PageNo ChangeSet::undoInner()
+{
+    const Level ended = m_levels.back();
+    for (; m_undo.size() > ended.firstUndo; m_undo.pop_back()) {
+        const Undo &undo = m_undo.back();
+        if (undo.before != nullptr) {
+            std::memcpy(undo.copy->bytes, undo.before->bytes, kPageSize);
+            undo.copy->level = undo.level;
+            give(undo.before);
+        } else {
+            m_byPage[undo.copy->page] = nullptr;
+            give(undo.copy);
+            --m_live;
+        }
+    }
+    m_levels.pop_back();
+    return ended.pageCount;
+}
+
+PageNo ChangeSet::dropAll()
+{
+    const PageNo pageCount = m_levels.front().pageCount;
+    for (const PageNo page : m_touched)
+        m_byPage[page] = nullptr;
+    m_touched.clear();
+    m_levels.clear();
+    m_undo.clear();
+    m_live = 0;
+    m_free.clear();
+    m_copies.resize(std::min(m_copies.size(), kSpareCopies));
+    for (const auto &copy : m_copies)
+        m_free.push_back(copy.get());
+    return pageCount;
+}
+
+std::vector<PageNo> ChangeSet::pages() const
+{
+    std::vector<PageNo> result = m_touched;
+    std::sort(result.begin(), result.end());
+    result.erase(std::unique(result.begin(), result.end()), result.end());
+    std::erase_if(result, [this](PageNo page) { return find(page) == nullptr; });
+    return result;
+}
+
+} // namespace vardelin::jet
