@@ -8,14 +8,20 @@
 
 namespace vardelin {
 
+// Days from 30 December 1899 to the first and the last day that a date can be: 1 January 100 and 31 December
+// 9999.
+inline constexpr double kFirstDay = -657434;
+inline constexpr double kLastDay = 2958465;
+
 struct DateParts
 {
     int year = 1899, month = 12, day = 30, hour = 0, minute = 0, second = 0;
     bool operator==(const DateParts &) const = default;
 };
 
-DateParts partsOf(DateSerial date); // to the nearest second
+DateParts partsOf(DateSerial date); // to the nearest second; the day 0 for what is no date
 DateSerial serialOf(const DateParts &parts);
+int weekdayOf(DateSerial date);                    // 1 is Sunday
 DateSerial fromQDateTime(const QDateTime &moment); // local time, whole seconds
 QDateTime toQDateTime(DateSerial date);
 

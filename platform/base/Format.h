@@ -5,10 +5,12 @@
 
 namespace vardelin {
 
-// Number masks ("##.0", "#,##0.00" with quoted parts and up to four sections, "0%", "Currency" and the other
-// named ones), date masks
-// ("mmmm d, yyyy", "m/d/yy h:nn AM/PM", "M/d/yyyy"), text masks on characters ("(@@@) @@@-@@@@", ">", "<"). A
-// text that reads as a number takes a number mask. Numbers round halves away from zero. Null gives "".
+// Number masks ("##.0", "#,##0.00" with quoted parts and up to four sections: positive, negative, zero, Null;
+// "0%", "0.00E+00"), date masks ("mmmm d, yyyy", "m/d/yy h:nn AM/PM", "M/d/yyyy"), text masks on characters
+// ("(@@@) @@@-@@@@", ">", "<"), and the named ones ("Currency", "Short Date", ...). A text that reads as a
+// number takes a number mask, one that reads as a date a date mask; a text that doesn't fit comes back as it
+// is. Numbers round halves away from zero, on their 15 digits. Names of days and months are those of the
+// United States setting. Null and Empty give "" but for a section of their own.
 QString format(const Value &value, QStringView mask);
 
 } // namespace vardelin

@@ -72,9 +72,12 @@ DateSerial toDate(const Value &value);
 // The number that a text begins with, blanks skipped; 0 where there is none. Never throws.
 double val(QStringView text);
 
-// The default text of a number: 15 significant digits (float: 7), exponent form from 1E+15 up and below 1E-04
-// in the run time's way
-// ("1.15740740740741E-05"), no zero ahead of... see Value.cpp for the table that the tests hold it to.
+// Text that digitsFromText reads, any number, Boolean or Empty.
+bool isNumeric(const Value &value);
+
+// The default text of a number: 15 significant digits (float: 7), "0.5" with its zero. Exponent form
+// ("1E+15", "1.15740740740741E-05", "3.33333333333333E-02") where the plain form has more than 15 (7) places
+// on either side of the point.
 QString numberText(double value);
 QString numberText(float value);
 
