@@ -1,0 +1,158 @@
+#include "database/LogDatabase.h"
+
+#include "database/CreateDatabase.h"
+#include "database/Names.h"
+#include "database/Schema.h"
+#include "platform/data/Ado.h"
+#include "platform/system/AppPath.h"
+#include "platform/system/Files.h"
+#include "platform/ui/Controls.h"
+#include "shell/state/Global.h"
+
+#include <QGuiApplication>
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace vardelin {
+
+namespace {
+
+const std::array<QString, 6> kRecentKeys{u"First"_s,  u"Second"_s, u"Third"_s,
+                                         u"Fourth"_s, u"Fifth"_s,  u"Sixth"_s};
+const QString kRecentSection = u"MostRecentDatabases"_s;
+
+// One pick list: every row of a source as its entry, in table order. False if there is no row.
+template <class Entry>
+bool fill(QStringList &list, ado::Connection &connection, const QString &source, Entry &&entry)
+{
+    ado::Recordset rows;
+    rows.CursorType = 3;
+    rows.Open(source, connection);
+    const bool any = !rows.EOF_();
+    for (; !rows.EOF_(); rows.MoveNext())
+        list += entry(rows);
+    rows.Close();
+    return any;
+}
+
+// Null joins as empty text here, so a client without a first name is "Last, ".
+auto nameEntry(const QString &last, const QString &first)
+{
+    return [last, first](const ado::Recordset &row) {
+        return joinName(joinText(row.Fields(last)), joinText(row.Fields(first)));
+    };
+}
+
+// The column turned straight into a string: Null is an error.
+auto columnEntry(const QString &column)
+{
+    return [column](const ado::Recordset &row) { return toText(row.Fields(column)); };
+}
+
+void overwriteWithDefault(Global &global)
+{
+    Kill(global.DatabaseFileName);
+    // The default file takes the selected one's place, not a new file of its name: settled.
+    global.DatabaseFileName = defaultDatabase(global.services.appPath);
+    CreateDatabase(global);
+}
+
+void offerOverwrite(Global &global)
+{
+    Dialogs &dialogs = global.services.dialogs;
+    const Answer answer =
+        dialogs.msgBox({.prompt = u"Selected file is not a valid Vardelin file.  Do you want to overwrite it "
+                                  u"with a valid Vardelin.MDB file?"_s,
+                        .buttons = Buttons::YesNo});
+    if (answer == Answer::Yes) {
+        overwriteWithDefault(global);
+        return;
+    }
+    dialogs.msgBox({u"Operation canceled by user.  Good move.  Now remember to whistle while you work.  "
+                    u"Unless this annoys your "
+                    u"co-workers more than you really should."_s});
+    while (QGuiApplication::overrideCursor())
+        QGuiApplication::restoreOverrideCursor();
+}
+
+} // namespace
+
+QString defaultDatabase(const QString &appPath)
+{
+    return inFolder(appPath, u"VARDELIN.MDB"_s);
+}
+
+void OpenLogDatabase(Global &global)
+{
+    global.NoClients = true;
+    global.NoEmployees = true;
+    if (Dir(global.DatabaseFileName).isEmpty())
+        CreateDatabase(global);
+    ado::Connection connection;
+    connection.Open(ado::connectionText(global.DatabaseFileName));
+    for (std::size_t list = 0; list < 5; ++list)
+        global.List1[list].clear();
+    auto &[clients, employees, projects, rates, activities, spare5, spare6, spare7] = global.List1;
+    global.NoClients = !fill(clients, connection, u"[Active Clients]"_s,
+                             nameEntry(u"Client Last Name"_s, u"Client First Name"_s));
+    std::stable_sort(clients.begin(), clients.end(), listLess);
+    global.NoEmployees = !fill(employees, connection, u"Employees"_s,
+                               nameEntry(u"Employee Last Name"_s, u"Employee First Name"_s));
+    fill(projects, connection, u"Projects"_s, columnEntry(u"Projects"_s));
+    fill(rates, connection, u"Rates"_s, columnEntry(u"Rates"_s));
+    fill(activities, connection, u"Activities"_s, columnEntry(u"Activities"_s));
+    connection.Close();
+}
+
+void ValidateDatabase(Global &global)
+{
+    if (Dir(global.DatabaseFileName).isEmpty()) {
+        CreateDatabase(global);
+        return;
+    }
+    try {
+        ado::Connection connection;
+        connection.Open(ado::connectionText(global.DatabaseFileName));
+        for (const QString &source : validationSources()) {
+            ado::Recordset rows;
+            rows.CursorType = 3;
+            rows.Open(source, connection);
+            rows.Close();
+        }
+        return;
+    } catch (const RunTimeError &) {
+    }
+    offerOverwrite(global); // outside the trap: what fails here is the caller's
+}
+
+std::array<QString, 6> withRecentFile(const std::array<QString, 6> &recent, const QString &path)
+{
+    const auto known = recent.begin() + 5; // the sixth isn't looked at
+    if (std::find(recent.begin(), known, path) != known)
+        return recent;
+    std::array<QString, 6> result = recent;
+    const auto firstEmpty = std::find(result.begin(), result.begin() + 5, QString());
+    std::move_backward(result.begin(), firstEmpty, firstEmpty + 1);
+    result.front() = path;
+    return result;
+}
+
+std::array<QString, 6> recentFiles(const Settings &settings)
+{
+    std::array<QString, 6> recent;
+    std::transform(kRecentKeys.begin(), kRecentKeys.end(), recent.begin(),
+                   [&](const QString &key) { return settings.GetSetting(kRecentSection, key); });
+    return recent;
+}
+
+void UpdateRecentFiles(Settings &settings, const QString &path)
+{
+    const std::array<QString, 6> before = recentFiles(settings);
+    const std::array<QString, 6> after = withRecentFile(before, path);
+    for (std::size_t i = 0; i < after.size(); ++i)
+        if (after[i] != before[i])
+            settings.SaveSetting(kRecentSection, kRecentKeys[i], after[i]);
+}
+
+} // namespace vardelin

@@ -1,0 +1,111 @@
+#pragma once
+// The Display window: one record of a selection of logs at a time, with a navigator and a slider over all of
+// them.
+
+#include "display/FeeTip.h"
+#include "platform/data/Adodc.h"
+#include "platform/ui/Controls.h"
+#include "platform/ui/NotesEdit.h"
+#include "platform/ui/RecordNavigator.h"
+#include "shell/state/Windows.h"
+
+#include <QLineEdit>
+#include <QSlider>
+#include <QStackedWidget>
+
+namespace vardelin {
+
+struct Global;
+
+// A slider that tells when the mouse button is released on it, wherever it was pressed.
+class ReleaseSlider : public QSlider
+{
+    Q_OBJECT
+public:
+    using QSlider::QSlider;
+    std::function<void()> mouseReleased;
+    std::function<void(int direction)> keyMoved; // by the arrow and page keys: 1 up, -1 down
+
+protected:
+    void mouseReleaseEvent(QMouseEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+};
+
+// A one-line field that tells when it loses the focus to another control.
+class FocusField : public QLineEdit
+{
+    Q_OBJECT
+public:
+    using QLineEdit::QLineEdit;
+    std::function<void()> lostFocus;
+
+protected:
+    void focusOutEvent(QFocusEvent *event) override;
+};
+
+class frmDisplay : public DisplayWindow
+{
+    Q_OBJECT
+public:
+    explicit frmDisplay(Global &global, QWidget *parent = nullptr);
+    ~frmDisplay() override;
+
+    void setFile(const QString &path) override;
+    QString file() const override;
+    void setSelection(const QString &statement, const QString &whereFragment) override;
+    void showSelection(const QString &statement) override;
+    void Form_Activate() override;
+
+    Adodc &control() { return Adodc1; }
+
+private:
+    // frmDisplayLayout.cpp
+    void makeFields();
+    void layOut();
+    void makeMenus();
+    void makeToolbar();
+    void bindFields();
+    void setHints();
+    void setFonts();
+
+    // frmDisplay.cpp
+    void Form_Load();
+    void Adodc1_MoveComplete(MoveReason reason);
+    void Slider1_MouseUp();
+    void Slider1_KeyMoved(int direction);
+    void Text4_LostFocus();
+    void mnuText_Click();
+    void mnuGraphics_Click();
+    void showView(bool graphics);
+    void showFile();
+    void showGraphic();
+    Place place();
+
+    // frmDisplayCommands.cpp
+    void changeRecord(const std::function<void()> &change);
+    void mnuSaveChanges_Click();
+    void mnuDeleteLog_Click();
+    void mnuDEnter_Click();
+    void Back_Click();
+    void Forward_Click();
+    void useThisWindow();
+    std::function<void()> fileCommand(const char16_t *caption);
+    std::function<void()> later(const char16_t *caption);
+
+    Global &m_global;
+    Adodc Adodc1;
+    FocusField *Text1, *Text2, *Text3, *Text4, *Text5, *Text6, *Text7, *Text8, *Text9;
+    NotesEdit *RichTextBox2; // text view: words alone
+    NotesEdit *RichTextBox1; // graphics view
+    QStackedWidget *m_views;
+    RecordNavigator *m_navigator = nullptr;
+    ReleaseSlider *Slider1;
+    QToolBar *Toolbar1;
+    QLabel *Label1, *Label2, *SQLWhere;
+    QString m_text; // Vardelin and VardeGraphic of the record as stored: what the boxes give back unless they
+                    // were edited
+    QString m_graphic;
+    bool m_graphicShown = false; // rich text is made only while it can be seen
+};
+
+} // namespace vardelin

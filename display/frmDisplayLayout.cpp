@@ -1,0 +1,239 @@
+// The controls of the Display window: made, bound, named, placed.
+
+#include "display/frmDisplay.h"
+#include "platform/ui/MenuTable.h"
+#include "shell/state/EditCommands.h"
+#include "shell/state/Global.h"
+
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QTextDocument>
+
+using namespace Qt::StringLiterals;
+
+namespace vardelin {
+
+void frmDisplay::makeFields()
+{
+    struct Field
+    {
+        FocusField *frmDisplay::*member;
+        QString name;
+        QString caption;
+    };
+    const Field fields[]{{&frmDisplay::Text1, u"Text1"_s, m_global.ClientCaption},
+                         {&frmDisplay::Text2, u"Text2"_s, m_global.EmployeeCaption},
+                         {&frmDisplay::Text3, u"Text3"_s, m_global.ProjectCaption},
+                         {&frmDisplay::Text4, u"Text4"_s, u"Hourly rate"_s},
+                         {&frmDisplay::Text5, u"Text5"_s, u"Summary"_s},
+                         {&frmDisplay::Text6, u"Text6"_s, u"Fee"_s},
+                         {&frmDisplay::Text7, u"Text7"_s, u"Beginning time"_s},
+                         {&frmDisplay::Text8, u"Text8"_s, u"Duration (hours)"_s},
+                         {&frmDisplay::Text9, u"Text9"_s, u"Ending time"_s}};
+    for (const Field &field : fields) {
+        auto *edit = new FocusField;
+        edit->setObjectName(field.name);
+        edit->setAccessibleName(field.caption);
+        this->*field.member = edit;
+    }
+    for (NotesEdit **box : {&RichTextBox1, &RichTextBox2})
+        *box = new NotesEdit;
+    RichTextBox1->setObjectName(u"RichTextBox1"_s);
+    RichTextBox1->setAccessibleName(u"Notes, graphics view"_s);
+    RichTextBox2->setObjectName(u"RichTextBox2"_s);
+    RichTextBox2->setAccessibleName(u"Notes, text view"_s);
+    RichTextBox2->setAcceptRichText(false);
+    m_views = new QStackedWidget;
+    m_views->addWidget(RichTextBox2);
+    m_views->addWidget(RichTextBox1);
+
+    m_navigator = new RecordNavigator(Adodc1, m_global.services.dialogs, m_global.services.errors);
+    m_navigator->setObjectName(u"Adodc1"_s);
+    m_navigator->setToolTip(
+        u"Use this Data Navigator to access adjoining records or to go to the first or last record"_s);
+    Slider1 = new ReleaseSlider(Qt::Horizontal);
+    Slider1->setObjectName(u"Slider1"_s);
+    Slider1->setAccessibleName(u"Position in the records"_s);
+    Slider1->setRange(0, 100);
+    Slider1->setSingleStep(1);
+    Slider1->setPageStep(5);
+    Label1 = new QLabel;
+    Label1->setObjectName(u"Label1"_s);
+    Label1->setTextFormat(Qt::PlainText);
+    Label2 = new QLabel(this);
+    Label2->setObjectName(u"Label2"_s);
+    Label2->hide();
+    SQLWhere = new QLabel(this);
+    SQLWhere->setObjectName(u"SQLWhere"_s);
+    SQLWhere->hide();
+}
+
+void frmDisplay::makeToolbar()
+{
+    Toolbar1 = new QToolBar;
+    Toolbar1->setObjectName(u"Toolbar1"_s);
+    Toolbar1->setAccessibleName(u"Commands"_s);
+    const auto menu = [this](const char16_t *name) {
+        return [this, name] { findChild<QAction *>(QString::fromUtf16(name))->trigger(); };
+    };
+    const auto framed = [this](void (frmDisplay::*handler)()) {
+        return [this, handler] { m_global.services.errors.run([this, handler] { (this->*handler)(); }); };
+    };
+    addButton(Toolbar1, u"Back"_s, u"Go back to another Display or Data Entry window"_s,
+              framed(&frmDisplay::Back_Click));
+    addButton(Toolbar1, u"Forward"_s, u"Go forward to another Display or Data Entry window"_s,
+              framed(&frmDisplay::Forward_Click));
+    Toolbar1->addSeparator();
+    addButton(Toolbar1, u"Print"_s, u"Print Displayed Vardelin"_s, menu(u"mnuPrintVardelin"));
+    addButton(Toolbar1, u"Cut"_s, u"Cut selected text or graphic"_s, menu(u"mnuCut"));
+    addButton(Toolbar1, u"Copy"_s, u"Copy selected text or graphic"_s, menu(u"mnuCopy"));
+    addButton(Toolbar1, u"Paste"_s, u"Paste into selected area"_s, menu(u"mnuDPaste"));
+    addButton(Toolbar1, u"Save"_s, u"Save changes made to this Vardelin"_s, menu(u"mnuSaveChanges"));
+    Toolbar1->addSeparator();
+    addButton(Toolbar1, u"Help"_s, u"Help"_s, menu(u"mnuInternet"));
+}
+
+void frmDisplay::bindFields()
+{
+    struct Binding
+    {
+        FocusField *field;
+        QString column;
+    };
+    const Binding bindings[]{
+        {Text1, u"Client"_s},         {Text2, u"Employee"_s},    {Text3, u"Project"_s},
+        {Text4, u"Rate"_s},           {Text5, u"Log Summary"_s}, {Text6, u"Fee"_s},
+        {Text7, u"Beginning Time"_s}, {Text8, u"Duration"_s},    {Text9, u"Ending Time"_s}};
+    for (const Binding &binding : bindings) {
+        FocusField *field = binding.field;
+        Adodc1.bind({binding.column,
+                     [field](const QString &text) {
+                         field->setText(text);
+                         field->setCursorPosition(0);
+                     },
+                     [field] { return field->text(); }});
+    }
+    // The boxes give back what is stored, letter for letter, unless the user changed something in them.
+    Adodc1.bind({u"Vardelin"_s,
+                 [this](const QString &text) {
+                     m_text = text;
+                     RichTextBox2->setText(text);
+                     RichTextBox2->document()->setModified(false);
+                 },
+                 [this] { return RichTextBox2->document()->isModified() ? RichTextBox2->Text() : m_text; }});
+    Adodc1.bind({u"VardeGraphic"_s,
+                 [this](const QString &rtf) {
+                     m_graphic = rtf;
+                     m_graphicShown = false;
+                     if (m_views->currentWidget() == RichTextBox1)
+                         showGraphic();
+                 },
+                 [this] {
+                     return m_graphicShown && RichTextBox1->document()->isModified() ? RichTextBox1->TextRTF()
+                                                                                     : m_graphic;
+                 }});
+    Adodc1.MoveComplete = [this](MoveReason reason) { Adodc1_MoveComplete(reason); };
+    // The data control shows an error by itself, and the record stays.
+    Adodc1.onError = [this](const RunTimeError &error) {
+        m_global.services.dialogs.msgBox({error.description()});
+    };
+    Slider1->mouseReleased = [this] { m_global.services.errors.run([this] { Slider1_MouseUp(); }); };
+    Slider1->keyMoved = [this](int direction) {
+        m_global.services.errors.run([this, direction] { Slider1_KeyMoved(direction); });
+    };
+    Text4->lostFocus = [this] { m_global.services.errors.run([this] { Text4_LostFocus(); }); };
+}
+
+void frmDisplay::layOut()
+{
+    auto *grid = new QGridLayout;
+    grid->setHorizontalSpacing(12);
+    grid->setVerticalSpacing(2);
+    const auto put = [&](FocusField *field, int row, int column, int columns) {
+        auto *caption = new QLabel(field->accessibleName());
+        caption->setTextFormat(Qt::PlainText);
+        caption->setBuddy(field);
+        grid->addWidget(caption, 2 * row, column, 1, columns);
+        grid->addWidget(field, 2 * row + 1, column, 1, columns);
+    };
+    put(Text1, 0, 0, 2);
+    put(Text2, 0, 2, 2);
+    put(Text3, 0, 4, 2);
+    put(Text5, 1, 0, 4);
+    put(Text4, 1, 4, 1);
+    put(Text6, 1, 5, 1);
+    put(Text7, 2, 0, 2);
+    put(Text9, 2, 2, 2);
+    put(Text8, 2, 4, 2);
+    for (int column = 0; column < 6; ++column)
+        grid->setColumnStretch(column, 1);
+    for (int row = 0; row < 3; ++row)
+        grid->setRowMinimumHeight(2 * row, 20);
+
+    auto *lower = new QHBoxLayout;
+    lower->setSpacing(12);
+    lower->addWidget(m_navigator, 2);
+    lower->addWidget(Slider1, 3);
+
+    auto *body = new QVBoxLayout;
+    body->setContentsMargins(12, 8, 12, 4);
+    body->setSpacing(8);
+    body->addLayout(grid);
+    body->addWidget(m_views, 1);
+    body->addLayout(lower);
+    body->addWidget(Label1);
+    m_views->setMinimumHeight(72);
+    Label1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+    auto *all = new QVBoxLayout(this);
+    all->setContentsMargins(0, 0, 0, 0);
+    all->setSpacing(0);
+    all->addWidget(Toolbar1);
+    all->addLayout(body, 1);
+
+    QWidget *const order[]{Text1, Text2, Text3,        Text5,        Text4,       Text6,  Text7,
+                           Text9, Text8, RichTextBox2, RichTextBox1, m_navigator, Slider1};
+    for (std::size_t i = 1; i < std::size(order); ++i)
+        setTabOrder(order[i - 1], order[i]);
+    giveClipboardKeysToMenu(this);
+}
+
+void frmDisplay::setHints()
+{
+    const auto hint = [this](QWidget *widget, std::function<QString()> text) {
+        onMouseOver(widget, [this, text = std::move(text)] { Label1->setText(text()); });
+    };
+    const auto fixed = [](const char16_t *text) {
+        return [text = QString::fromUtf16(text)] { return text; };
+    };
+    hint(Text1, [this] { return m_global.ClientCaption; });
+    hint(Text2, [this] { return m_global.EmployeeCaption; });
+    hint(Text3, [this] { return m_global.ProjectCaption; });
+    hint(Text4, fixed(u"  Hourly Rate  "));
+    hint(Text5, fixed(u"  Summary  "));
+    hint(Text7, fixed(u"  Beginning Time  "));
+    hint(Text8, fixed(u"  Duration (computed to nearest tenth of an hour) "));
+    hint(Text9, fixed(u"  Ending Time  "));
+    for (NotesEdit *box : {RichTextBox1, RichTextBox2})
+        hint(box, fixed(u"  Use [View] to toggle between text and graphics modes  "));
+    hint(Slider1, [this] {
+        const int count = Adodc1.isOpen() ? Adodc1.Recordset().RecordCount() : 0;
+        return u"  Use this slider to navigate through "_s + QString::number(count) +
+               u" Vardelin records  "_s;
+    });
+    onMouseOver(this, [this] { showFile(); });
+    onMouseOver(Toolbar1, [this] { showFile(); });
+}
+
+void frmDisplay::setFonts()
+{
+    const FontSetting &setting = m_global.DefaultDisplayFont;
+    const QFont font = formFont(setting.name, setting.size);
+    QWidget *const widgets[]{Text1,        Text2, Text3, Text4, Text5,      RichTextBox1,
+                             RichTextBox2, Text7, Text8, Text9, m_navigator};
+    for (QWidget *widget : widgets) // Text6 keeps the design font
+        widget->setFont(font);
+    for (NotesEdit *box : {RichTextBox1, RichTextBox2})
+        box->document()->setDefaultFont(font);
+}
+
+} // namespace vardelin

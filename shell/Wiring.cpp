@@ -1,0 +1,53 @@
+#include "shell/Wiring.h"
+
+#include "contacts/frmActivity.h"
+#include "contacts/frmClient.h"
+#include "contacts/frmEmployee.h"
+#include "contacts/frmProject.h"
+#include "contacts/frmRate.h"
+#include "shell/ChildWindows.h"
+#include "shell/frmIntroduction.h"
+#include "shell/frmMain.h"
+#include "shell/frmTip.h"
+#include "shell/state/Global.h"
+
+using namespace Qt::StringLiterals;
+
+namespace vardelin {
+
+namespace {
+
+template <class Form>
+std::function<void()> modal(Global &global)
+{
+    return [&global] {
+        Form form(global, global.frmMain);
+        form.exec();
+    };
+}
+
+} // namespace
+
+void wire(Global &global, frmMain &parent)
+{
+    Openers &openers = global.openers;
+    openers.frmClient = modal<frmClient>(global);
+    openers.frmEmployee = modal<frmEmployee>(global);
+    openers.frmProject = modal<frmProject>(global);
+    openers.frmRate = modal<frmRate>(global);
+    openers.frmActivity = modal<frmActivity>(global);
+    openers.frmTip = modal<frmTip>(global);
+    openers.frmIntroduction = modal<frmIntroduction>(global);
+    openers.NewEntryWindow = [&] { return NewEntryWindow(global, parent); };
+    openers.NewDisplayWindow = [&] { return NewDisplayWindow(global, parent); };
+    openers.makeEntryWindow = [&](int index) { return entryWindowAt(global, parent, index); };
+    openers.TileHorizontally = [&] { arrangeTiled(parent, Tile::Horizontally); };
+    openers.TileVertically = [&] { arrangeTiled(parent, Tile::Vertically); };
+    openers.CascadeWindows = [&] { arrangeCascaded(parent); };
+    openers.ExitProgram = [&] { parent.ExitProgram(); };
+    openers.notYet = [&](QStringView what) {
+        global.services.dialogs.msgBox({u"%1 is not part of this version yet."_s.arg(what)});
+    };
+}
+
+} // namespace vardelin
