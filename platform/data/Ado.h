@@ -11,7 +11,7 @@
 namespace vardelin::ado {
 
 // "Provider=Microsoft.Jet.OLEDB.4.0;Persist Security Info=False;Data Source=" and the path: the one text of
-// the program.
+// the program. A path with a semicolon or a quote in it stands in quotes.
 QString connectionText(const QString &path);
 
 class Recordset;
@@ -21,21 +21,34 @@ class Connection
 public:
     Connection();
     ~Connection();
-    void Open(const QString &connectionText); // throws RunTimeError with the provider's words
-    void Close();
+    Connection(const Connection &) = delete;
+    Connection &operator=(const Connection &) = delete;
+
+    // Name and value pairs between semicolons; names without regard to case, others than Provider and Data
+    // Source are passed over. 3706: another provider; 3024 "Could not find file 'path'."; 3343 "Unrecognized
+    // database format 'path'."; 3045: in use; 3705: open already.
+    void Open(const QString &connectionText);
+    void Close(); // its record sets are closed with it; 3704 if it isn't open
     bool isOpen() const;
     QString path() const;
 
 private:
     friend class Recordset;
     struct State;
-    std::shared_ptr<State> m_state;
+    std::unique_ptr<State> m_state;
 };
 
 // The places of the rows of a selection, fetched at Open in the order asked for; the rows' columns are read
-// when they are asked for (and the current row is kept), so that a record set on a million logs costs a few
-// dozen bytes a row and no memo. Optimistic: Update and Delete go to the row by its place. A row that has
-// gone, or the file, gives the engine's error.
+// when they are asked for (the current row's short columns together), so that a record set on a million logs
+// costs a few dozen bytes a row and no memo. Which rows, and in what order, stays as it was at Open until
+// Requery; what a row holds is read anew at each arrival. Optimistic: Update and Delete go to the row by its
+// place. A row that others have deleted keeps its position; touching it gives 3167 "Record is deleted.", and
+// so does touching one that this record set deleted, as long as no move has left it. A file that was replaced
+// under it gives 3043.
+//
+// BOF and EOF are both true of an empty set, at once when Delete takes the last row. 3021: MoveNext at EOF,
+// MovePrevious at BOF, any move in a set that is empty; the first move after the Delete that emptied it is
+// let pass.
 class Recordset
 {
 public:
@@ -45,38 +58,48 @@ public:
     Recordset &operator=(const Recordset &) = delete;
 
     int CursorType = 0; // 3: static, which is what it always is
-    // source: a table name, bracketed or not, or a Select statement.
+    // source: a table name, bracketed or not, or a Select statement. It stands on the first row. 3705 if it
+    // is open, 3709 if the connection isn't, 3078 for an unknown table. All the other members give 3704 on a
+    // record set that isn't open.
     void Open(const QString &source, Connection &connection);
-    void Close();
+    void Close(); // drops an edit that isn't written
     bool isOpen() const;
-    void Requery();
+    void Requery(); // as Close and Open; on failure the old rows stay
 
     bool BOF() const;
     bool EOF_() const;
     int RecordCount() const;
     int AbsolutePosition() const; // from 1; -1 without a current row
-    void SetAbsolutePosition(int position);
+    // A move off a row with an edit writes the edit first; where that is refused, the error comes and the row
+    // stays current.
+    void SetAbsolutePosition(int position); // 3001 outside 1 to RecordCount
     void MoveFirst();
     void MoveLast();
     void MoveNext();
     void MovePrevious();
+    // Bookmarks lead to the same record after Requery, in another record set on the table, and in a copy of
+    // the file.
     QByteArray Bookmark() const;
-    void SetBookmark(const QByteArray &bookmark);
+    void SetBookmark(const QByteArray &bookmark); // 3159 if the row isn't in the set
 
     QStringList FieldNames() const;
-    Value Fields(const QString &name) const; // with the edits that aren't written yet
+    bool HasField(const QString &name) const; // names of fields go without regard to case
+    Value Fields(const QString &name) const;  // with the edits that aren't written yet; 3265, 3021, 3167
     Value Collect(const QString &name) const { return Fields(name); }
-    void SetField(const QString &name,
-                  const Value &value); // begins an edit of the current row; nothing is checked before Update
-    bool EditPending() const;
-    void AddNew();
-    void
-    Update(); // writes the edits of the current row; throws, with the edits kept, where the engine refuses
-    void CancelUpdate();
-    void Delete(); // the current row goes; the place stays, before the next row, until a move
+    // Begins an edit of the current row. The value isn't looked at before Update.
+    void SetField(const QString &name, const Value &value);
+    bool EditPending() const; // after SetField or AddNew, until Update or CancelUpdate
+    void AddNew(); // a new row is current, behind the others; after Update it is the last of the set
+    // Writes the columns that were set, or the new row; nothing pending: does nothing. Throws with the edits
+    // kept where the engine refuses: 3421, 3163, 3022, 3058, 3167 ... and 3251 for rows that are computed.
+    void Update();
+    void CancelUpdate(); // after AddNew the row that was current before is so again
+    void Delete(); // the current row goes; the place stays, before the next row, until a move. A new row is
+                   // just given up
 
 private:
     struct State;
+    State &state() const;
     std::unique_ptr<State> m_state;
 };
 

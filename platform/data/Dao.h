@@ -11,10 +11,6 @@
 #include <memory>
 #include <vector>
 
-namespace vardelin::jet {
-class File;
-}
-
 namespace vardelin::dao {
 
 class Database;
@@ -39,7 +35,7 @@ struct FieldDef
 {
     QString Name;
     FieldType Type = dbText;
-    int Size = 0; // characters of a text
+    int Size = 0; // characters of a text, 0 for the longest (255); other types have widths of their own
     int Attributes = 0;
     bool Required = false;
     bool AllowZeroLength = false;
@@ -63,8 +59,13 @@ struct TableDef
     std::vector<IndexDef> Indexes;
 };
 
-// A table-type recordset: the rows of one table in table order (in the order of its primary key once an index
-// is chosen). It holds the place of its row, not the file's lock.
+// A table-type recordset: the rows of one table in table order, which is the order of adding, with a key or
+// without. It may stay open for as long as a window does: it holds no lock between calls, and the table is
+// read as it is at each call. Rows that others add are met behind the last one or after MoveFirst; rows that
+// others delete are passed over, and the one that it stands on gives 3167.
+//
+// Opening reads no row, so that adding to a table of any size costs the same. A row's short columns are read
+// together when the record set comes to stand on it.
 class Recordset
 {
 public:
@@ -72,36 +73,44 @@ public:
     Recordset(const Recordset &) = delete;
     Recordset &operator=(const Recordset &) = delete;
 
+    // Both are true of an empty table. After Delete neither is, until a move.
     bool BOF() const;
-    bool EOF_() const; // EOF is taken by the C library
-    int RecordCount() const;
+    bool EOF_() const;       // EOF is taken by the C library
+    int RecordCount() const; // of the table as it is now
+    // Moves drop what AddNew or Edit has begun. 3021: MoveNext at EOF, MovePrevious at BOF, MoveFirst and
+    // MoveLast in an empty table.
     void MoveFirst();
     void MoveLast();
     void MoveNext();
     void MovePrevious();
-    bool NoMatch() const;
 
     // The value of the current row, or of the row that AddNew or Edit is building. 3265 for an unknown name,
-    // 3021 without a row.
+    // 3021 without a row, 3167 if the row has been deleted. The auto-number of a new row is known after
+    // Update.
     Value Fields(const QString &name) const;
-    void
-    SetField(const QString &name,
-             const Value &value); // 3020 without AddNew or Edit; converts as the column needs (3421, 3163)
+    // 3020 without AddNew or Edit; converts as the column needs: 3421 if it can't, 3163 if a text is too
+    // long, 3164 for the auto-number.
+    void SetField(const QString &name, const Value &value);
     QStringList FieldNames() const;
 
     void AddNew();
     void Edit();
+    // Writes the new row, or the columns that were set since Edit. If the engine refuses (3022, 3058, 3167,
+    // 3314, ...) nothing is written and the edit goes on with all that was set. The current row stays the one
+    // it was before AddNew.
     void Update();
     void CancelUpdate();
     void Delete();
     QByteArray Bookmark() const;
-    void SetBookmark(const QByteArray &bookmark);
-    void Close();
+    QByteArray LastModified() const;              // bookmark of the row that Update wrote last
+    void SetBookmark(const QByteArray &bookmark); // 3159, 3167
+    void Close();                                 // any later use: 3420
 
 private:
     friend class Database;
     struct State;
     explicit Recordset(std::unique_ptr<State> state);
+    State &state() const;
     std::unique_ptr<State> m_state;
 };
 
@@ -111,7 +120,7 @@ public:
     ~Database();
     Database(const Database &) = delete;
     Database &operator=(const Database &) = delete;
-    std::unique_ptr<Recordset> OpenRecordset(const QString &table);
+    std::unique_ptr<Recordset> OpenRecordset(const QString &table); // 3078 for an unknown name
     std::vector<TableDef> TableDefs() const;
     void Append(const TableDef &table); // TableDefs.Append
     QString Name() const;
@@ -127,14 +136,17 @@ private:
     friend class Workspace;
     struct State;
     explicit Database(std::unique_ptr<State> state);
+    State &state() const;
     std::unique_ptr<State> m_state;
 };
 
 class Workspace
 {
 public:
-    // locale: ";LANGID=0x0409;CP=1252;COUNTRY=0" is the one that the engine makes.
+    // An empty file, opened. locale: ";LANGID=0x0409;CP=1252;COUNTRY=0" is the one that the engine makes;
+    // 3001 for another. 3204 if there is a file of that name, 3044 if there is no such folder.
     std::unique_ptr<Database> CreateDatabase(const QString &path, const QString &locale);
+    // 3024: no such file; 3343: not a database, or of a version that the engine doesn't know; 3045: in use.
     std::unique_ptr<Database> OpenDatabase(const QString &path, bool exclusive = false,
                                            bool readOnly = false);
 };
@@ -143,7 +155,7 @@ public:
 class DBEngine
 {
 public:
-    Workspace &Workspaces(int index);
+    Workspace &Workspaces(int index); // there is one, with the index 0; 3265 for another
     std::unique_ptr<Database> OpenDatabase(const QString &path);
 
 private:
