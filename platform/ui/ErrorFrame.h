@@ -17,7 +17,8 @@ public:
     ErrorFrame(Dialogs &dialogs, std::function<void()> endProgram);
     virtual ~ErrorFrame();
 
-    // The standard message under the program's title, then the end. For commands without a trap.
+    // The standard message under the program's title, then the end. For commands without a trap. A failure
+    // that comes while the first one's message stands, or while the program ends, is dropped.
     virtual void fail(const RunTimeError &error);
     // The standard message, and the program goes on: for the commands that promise to keep what was typed.
     virtual void report(const RunTimeError &error);
@@ -35,7 +36,8 @@ public:
     }
 
 private:
-    void failWithCurrentException();
+    void failWithCurrentException() noexcept;
+    static constexpr int kInternalError = 51;
     Dialogs &m_dialogs;
     std::function<void()> m_endProgram;
     bool m_ending = false;

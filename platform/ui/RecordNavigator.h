@@ -13,8 +13,9 @@ class RecordNavigator : public QFrame
 {
     Q_OBJECT
 public:
-    // The control outlives this. An error of a move is shown in a message box with the engine's description,
-    // as the control does by itself, and the record stays.
+    // The control outlives this. A tool tip set on this shows over the buttons, too. An error of a move is
+    // shown in a message box with the engine's description, as the control does by itself, and the record
+    // stays.
     RecordNavigator(Adodc &control, Dialogs &dialogs, ErrorFrame &frame, QWidget *parent = nullptr);
     void setCaption(const QString &caption); // between the buttons
     // Buttons are on when their move leads somewhere; call after the record set or the place changed.
@@ -22,8 +23,14 @@ public:
     QToolButton *first, *previous, *next, *last; // accessible names "First record" ...
 
 private:
+    QToolButton *makeButton(const QString &key, bool (Adodc::*step)());
+    void moveRecord(bool (Adodc::*step)());
+    void enable(QToolButton *button, bool on, QToolButton *heir);
+
     class QLabel *m_caption;
     Adodc &m_control;
+    Dialogs &m_dialogs;
+    ErrorFrame &m_frame;
 };
 
 } // namespace vardelin

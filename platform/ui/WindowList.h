@@ -14,11 +14,13 @@ public:
     void add(QWidget *window);
     void remove(QWidget *window);
     int Count() const;
-    QWidget *at(int index) const;                     // from 0
+    QWidget *at(int index) const;                     // from 0; null beyond the end
     int indexOfCaption(const QString &caption) const; // Count() where there is none
     static bool isMdiChild(const QWidget *window);
 
 private:
+    QList<QWidget *> loaded() const;
+
     std::vector<QPointer<QWidget>> m_windows;
 };
 

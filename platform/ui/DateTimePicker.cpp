@@ -1,0 +1,75 @@
+#include "platform/base/Dates.h"
+#include "platform/ui/Controls.h"
+
+#include <QApplication>
+#include <QMenuBar>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+using namespace Qt::StringLiterals;
+
+namespace vardelin {
+
+DateTimePicker::DateTimePicker(QWidget *parent) : QDateTimeEdit(parent)
+{
+    // Universal time has no changes of the clock; the hours in it are those on the user's wall.
+    setTimeSpec(Qt::UTC);
+    setLocale(QLocale(QLocale::English, QLocale::UnitedStates));
+    setDateRange(QDate(1601, 1, 1), QDate(9999, 12, 31));
+    setDisplayFormat(u"M/dd/yyyy hh:mm AP"_s);
+    setCalendarPopup(true);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(this, &QDateTimeEdit::dateTimeChanged, this, [this] {
+        if (edited)
+            edited();
+    });
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { followFocus(now); });
+}
+
+DateSerial DateTimePicker::Value() const
+{
+    const QDate day = date();
+    const QTime moment = time();
+    return serialOf({.year = day.year(),
+                     .month = day.month(),
+                     .day = day.day(),
+                     .hour = moment.hour(),
+                     .minute = moment.minute(),
+                     .second = moment.second()});
+}
+
+void DateTimePicker::setValue(DateSerial value)
+{
+    const DateParts parts = partsOf(value);
+    const QSignalBlocker programmatic(this);
+    setDateTime(QDateTime(QDate(parts.year, parts.month, parts.day),
+                          QTime(parts.hour, parts.minute, parts.second), Qt::UTC));
+}
+
+void DateTimePicker::focusInEvent(QFocusEvent *event)
+{
+    m_focused = true;
+    QDateTimeEdit::focusInEvent(event);
+}
+
+void DateTimePicker::wheelEvent(QWheelEvent *event)
+{
+    if (hasFocus())
+        QDateTimeEdit::wheelEvent(event);
+    else
+        event->ignore();
+}
+
+// Judged by who has the focus next and not by the reason of its going: a menu or a dialog may hand it to
+// another control than the one it came from.
+void DateTimePicker::followFocus(QWidget *now)
+{
+    if (!m_focused || !now || now == this || isAncestorOf(now) || now->window() != window() ||
+        qobject_cast<QMenuBar *>(now))
+        return;
+    m_focused = false;
+    if (lostFocus)
+        lostFocus();
+}
+
+} // namespace vardelin
