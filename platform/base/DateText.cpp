@@ -172,21 +172,20 @@ bool DateReader::readDatePart()
 // The parts of the date up to its end or to its time.
 bool DateReader::readDate()
 {
-    bool afterSeparator = false;
+    bool partNext = true; // a separator stands between two parts
     while (peek() && !timeFollows()) {
         if (peek()->kind == Kind::Separator) {
-            if (afterSeparator || peekSeparator(u':') ||
-                (m_numbers.empty() && m_month == 0 && !peekSeparator(u',')))
+            if (partNext || peekSeparator(u':'))
                 return false;
-            afterSeparator = !peekSeparator(u',');
+            partNext = true;
             ++m_at;
             continue;
         }
         if (m_numbers.size() + (m_month != 0 ? 1 : 0) >= 3 || !readDatePart())
             return false;
-        afterSeparator = false;
+        partNext = false;
     }
-    return !afterSeparator && orderParts();
+    return !partNext && orderParts();
 }
 
 int daysIn(int year, int month)

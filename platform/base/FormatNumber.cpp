@@ -36,14 +36,14 @@ Layout layoutOf(const Mask &mask)
     for (std::size_t at = 0; at < mask.size(); ++at) {
         const MaskChar &mark = mask[at];
         if (isPlace(mark)) {
-            layout.thousands = layout.thousands || commas > 0;
+            layout.thousands = layout.thousands || (commas > 0 && !behindPoint);
             commas = 0;
             ++(behindPoint ? layout.fraction : layout.whole);
         } else if (mark.is(u'.') && !behindPoint) {
             behindPoint = true;
             layout.shift -= 3 * commas;
             commas = 0;
-        } else if (mark.is(u',') && layout.whole > 0 && !behindPoint) {
+        } else if (mark.is(u',') && layout.whole > 0) {
             ++commas;
         } else if (mark.is(u'%')) {
             layout.shift += 2;
@@ -160,7 +160,7 @@ QString NumberWriter::write()
             m_text += u'.';
         } else if (m_layout.scientific && beginsExponent(m_mask, at)) {
             at = writeExponent(at) - 1;
-        } else if (!mark.is(u',') || m_layout.whole == 0 || m_behindPoint) {
+        } else if (!mark.is(u',') || m_layout.whole == 0) {
             m_text += mark.c;
         }
     }
