@@ -18,7 +18,7 @@ constexpr int kWestern = 1252;
 
 QString decodedPlain(QByteArrayView text)
 {
-    QStringDecoder utf8(QStringDecoder::Utf8);
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
     const QString decoded = utf8.decode(text);
     return utf8.hasError() ? CodePages().decode(text, kWestern) : decoded;
 }
@@ -42,18 +42,22 @@ RtfContent contentOfPlain(QByteArrayView bytes)
     return content;
 }
 
+QByteArrayView withoutMark(QByteArrayView text)
+{
+    return text.startsWith(kByteOrderMark) ? text.sliced(kByteOrderMark.size()) : text;
+}
+
 RtfContent contentOf(QByteArrayView text)
 {
-    return looksLikeRtf(text) ? RtfReader(text).read() : contentOfPlain(text);
+    const QByteArrayView whole = withoutMark(text);
+    return looksLikeRtf(whole) ? RtfReader(whole.trimmed()).read() : contentOfPlain(whole);
 }
 
 } // namespace
 
 bool looksLikeRtf(QByteArrayView text)
 {
-    if (text.startsWith(kByteOrderMark))
-        text = text.sliced(kByteOrderMark.size());
-    return text.trimmed().startsWith("{\\rtf");
+    return withoutMark(text).trimmed().startsWith("{\\rtf");
 }
 
 QByteArray toRtf(const QTextDocument &document)

@@ -52,9 +52,10 @@ void RtfBuilder::build(const RtfContent &content)
             reuse = true;
             continue;
         }
-        paragraph(next, cursor, reuse);
-        reuse = false;
-        ++at;
+        for (const size_t last = next.inTable ? found.last : at + 1; at < last; ++at) {
+            paragraph(content.paragraphs[at], cursor, reuse);
+            reuse = false;
+        }
     }
     cursor.endEditBlock();
 }
@@ -66,7 +67,7 @@ void RtfBuilder::paragraph(const RtfParagraph &paragraph, QTextCursor &cursor, b
     const QTextBlockFormat format = kept(paragraph.format);
     if (reuseBlock) {
         cursor.setBlockFormat(format);
-        cursor.setBlockCharFormat(end);
+        cursor.mergeBlockCharFormat(end); // in a table it holds the cell's own properties
     } else {
         cursor.insertBlock(format, end);
     }
@@ -77,8 +78,7 @@ void RtfBuilder::paragraph(const RtfParagraph &paragraph, QTextCursor &cursor, b
             cursor.insertText(run.text, run.format);
             continue;
         }
-        QTextImageFormat image = m_pictures.add(m_content->pictures[size_t(run.picture)]);
-        cursor.insertImage(image);
+        cursor.insertImage(m_pictures.add(m_content->pictures[size_t(run.picture)]));
     }
 }
 

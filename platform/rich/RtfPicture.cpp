@@ -46,6 +46,12 @@ bool isPng(QByteArrayView bytes)
     return bytes.startsWith(QByteArrayView("\x89PNG\r\n\x1a\n"));
 }
 
+// The picture library tells the console about a file that ends too soon, so such a one isn't given to it.
+bool isWholePng(QByteArrayView bytes)
+{
+    return isPng(bytes) && bytes.lastIndexOf(QByteArrayView("IEND")) >= 0;
+}
+
 bool isJpeg(QByteArrayView bytes)
 {
     return bytes.startsWith(QByteArrayView("\xFF\xD8\xFF"));
@@ -156,7 +162,8 @@ QImage RtfPictureStore::imageOf(const RtfPicture &picture)
     QImage image;
     switch (picture.kind) {
     case RtfPicture::Kind::Png:
-        image = decoded(picture.bytes, "png");
+        if (isWholePng(picture.bytes))
+            image = decoded(picture.bytes, "png");
         break;
     case RtfPicture::Kind::Jpeg:
         image = decoded(picture.bytes, "jpeg");

@@ -212,8 +212,6 @@ void RtfReader::finish(Destination destination)
         if (m_bullets.style == QTextListFormat::ListDisc)
             m_bullets.style = styleOfBullet(m_bulletText);
         state().list = m_bullets;
-        state().block.clearProperty(QTextFormat::BlockLeftMargin);
-        state().block.clearProperty(QTextFormat::TextIndent);
         break;
     default:
         break;
@@ -365,6 +363,10 @@ void RtfReader::endParagraph(bool endsCell, bool endsRow)
     m_paragraph.format = state().block;
     m_paragraph.endFormat = state().character;
     m_paragraph.list = state().list;
+    if (state().list) { // the list itself indents
+        m_paragraph.format.clearProperty(QTextFormat::BlockLeftMargin);
+        m_paragraph.format.clearProperty(QTextFormat::TextIndent);
+    }
     m_paragraph.inTable = state().inTable || endsCell;
     m_paragraph.endsCell = endsCell || endsRow;
     m_paragraph.endsRow = endsRow;

@@ -118,7 +118,7 @@ TEST(Foreign, CodePages)
     expectTexts({
         {"{\\rtf1\\ansi\\ansicpg1250 \\'9eena}", "žena"},
         {"{\\rtf1\\ansi\\ansicpg1251 \\'ff}", "я"},
-        {"{\\rtf1\\ansi\\ansicpg1252 \\'80\\'99}", "€’"},
+        {"{\\rtf1\\ansi\\ansicpg1252 \\'80\\'92}", "€’"},
         {"{\\rtf1\\ansi\\ansicpg1253 \\'e1}", "α"},
         {"{\\rtf1\\ansi\\ansicpg1254 \\'fe}", "ş"},
         {"{\\rtf1\\ansi\\ansicpg1255 \\'f9\\'ec\\'e5\\'ed}", "שלום"},
