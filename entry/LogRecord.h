@@ -10,11 +10,11 @@ namespace vardelin {
 // The fields as typed, nothing trimmed.
 struct LogRecord
 {
-    QString client, employee, project, rate;
-    QString summary;  // as typed; may be empty
-    QString notes;    // plain text, line ends CR LF
-    QString notesRtf; // the same notes with their formats and pictures
-    DateSerial begin, end;
+    QString client = {}, employee = {}, project = {}, rate = {};
+    QString summary = {};  // as typed; may be empty
+    QString notes = {};    // plain text, line ends CR LF
+    QString notesRtf = {}; // the same notes with their formats and pictures
+    DateSerial begin = {}, end = {};
 };
 
 // The one condition of a save: a client or a project, blanks not counted.

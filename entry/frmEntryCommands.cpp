@@ -72,22 +72,33 @@ void frmEntryWithFrames::mnuNewEntry_Click()
     m_global.openers.NewEntryWindow();
 }
 
-// One new window of each kind on a recent file. Where it can't be opened, the program stays with the file and
-// the lists that it had.
+// Turns the program to a recent file. Where it can't be opened, the program stays with the file and the lists
+// that it had.
+void frmEntryWithFrames::turnToFile(const QString &path)
+{
+    const QString file = m_global.DatabaseFileName;
+    const auto lists = m_global.List1;
+    m_global.DatabaseFileName = path;
+    try {
+        const BusyPointer busy;
+        OpenLogDatabase(m_global);
+    } catch (const RunTimeError &) {
+        m_global.DatabaseFileName = file;
+        m_global.List1 = lists;
+        throw;
+    }
+}
+
+// One new window of each kind on a recent file.
 void frmEntryWithFrames::mnuFileName_Click(int index)
 {
-    const BusyPointer busy;
-    const QString before = m_global.DatabaseFileName;
-    const auto lists = m_global.List1;
-    m_global.DatabaseFileName = menuAction(u"mnuFileName(%1)"_s.arg(index))->data().toString();
     try {
-        OpenLogDatabase(m_global);
+        turnToFile(menuAction(u"mnuFileName(%1)"_s.arg(index))->data().toString());
     } catch (const RunTimeError &error) {
-        m_global.DatabaseFileName = before;
-        m_global.List1 = lists;
-        m_global.services.errors.report(error);
+        m_global.services.errors.report(error); // a file that went bad doesn't take what was typed with it
         return;
     }
+    const BusyPointer busy;
     m_global.openers.NewDisplayWindow();
     m_global.openers.NewEntryWindow();
     const auto slot = [](const QString &tag) { return static_cast<std::size_t>(tag.toInt() - 1); };

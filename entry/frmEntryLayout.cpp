@@ -17,8 +17,7 @@ namespace vardelin {
 
 namespace {
 
-constexpr int kMargin = 10; // device-independent pixels around and between the frames
-constexpr int kComboCharacters = 16;
+constexpr int kMargin = 10;        // device-independent pixels around and between the frames
 constexpr int kNotesLines = 4;     // the least that is seen of the notes
 constexpr int kActivitiesRows = 9; // the pop-up's height
 constexpr int kActivitiesCharacters = 40;
@@ -38,11 +37,6 @@ QLabel *hiddenLabel(QWidget *owner, const QString &name)
     return label;
 }
 
-QString spoken(QString caption)
-{
-    return caption.remove(u'&');
-}
-
 } // namespace
 
 void frmEntryWithFrames::makeControls()
@@ -53,7 +47,6 @@ void frmEntryWithFrames::makeControls()
     makeToolbars();
     layOut();
     setTabOrders();
-    setFocusProxy(nullptr);
     Combo1->setFocus();
 }
 
@@ -63,11 +56,6 @@ void frmEntryWithFrames::makeFields()
     Combo2 = named(new SortedCombo(this), u"Combo2"_s);
     Combo3 = named(new SortedCombo(this), u"Combo3"_s);
     Combo4 = named(new SortedCombo(this), u"Combo4"_s);
-    for (SortedCombo *combo : {Combo1, Combo2, Combo3, Combo4}) {
-        combo->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-        combo->setMinimumContentsLength(kComboCharacters);
-        combo->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-    }
     Text1 = named(new QLineEdit(this), u"Text1"_s);
     Text1->setMaxLength(std::numeric_limits<int>::max());
     RichTextBox1 = named(new NotesEdit(this), u"RichTextBox1"_s);
@@ -106,8 +94,7 @@ void frmEntryWithFrames::makeMainToolbar()
 {
     Toolbar1 = named(new QToolBar(u"Tools"_s, this), u"Toolbar1"_s);
     const auto button = [this](const QString &key, const QString &toolTip, std::function<void()> handler) {
-        return addButton(Toolbar1, key, toolTip,
-                         [this, handler = std::move(handler)] { m_global.services.errors.run(handler); });
+        addButton(Toolbar1, key, toolTip, m_global.services.errors, std::move(handler));
     };
     const auto presses = [this](const QString &menu) {
         return [this, menu] { menuAction(menu)->trigger(); };
@@ -136,11 +123,11 @@ void frmEntryWithFrames::makeToolbars()
     };
     const auto opens = [this](QToolBar *bar, const QString &key, const QString &toolTip,
                               const QString &menu) {
-        addButton(bar, key, toolTip, [this, menu] { menuAction(menu)->trigger(); });
+        addButton(bar, key, toolTip, m_global.services.errors, [this, menu] { menuAction(menu)->trigger(); });
     };
     const auto renames = [this](QToolBar *bar, const CaptionField &field) {
-        addButton(bar, u"Small Caps"_s, u"Change caption for this field"_s,
-                  [this, field] { m_global.services.errors.run([&] { editCaption(field); }); });
+        addButton(bar, u"Small Caps"_s, u"Change caption for this field"_s, m_global.services.errors,
+                  [this, field] { editCaption(field); });
     };
     Toolbar2 = toolbar(2, Frame1);
     opens(Toolbar2, u"Properties"_s, u"Change list entries"_s, u"mnuCClient"_s);
@@ -247,42 +234,28 @@ void frmEntryWithFrames::arrangeFrames()
 // Fields first, so that typing through a log takes no step aside; then the buttons, which no menu replaces.
 void frmEntryWithFrames::setTabOrders()
 {
-    QWidgetList order{Combo1, Combo2, Combo3, Combo4, Text1, RichTextBox1, DTPicker1, DTPicker2};
-    for (const QToolBar *bar : {Toolbar2, Toolbar3, Toolbar4, Toolbar6, Toolbar5, Toolbar1}) {
-        for (QAction *action : bar->actions()) {
-            auto *button = qobject_cast<QToolButton *>(bar->widgetForAction(action));
-            if (!button || (bar == Toolbar1 && (action->objectName().endsWith(u"Cut") ||
-                                                action->objectName().endsWith(u"Copy") ||
-                                                action->objectName().endsWith(u"Paste"))))
-                continue;
-            button->setFocusPolicy(Qt::TabFocus);
-            order += button;
-        }
-    }
-    for (qsizetype i = 1; i < order.size(); ++i)
-        setTabOrder(order[i - 1], order[i]);
+    const QWidgetList fields{Combo1, Combo2, Combo3, Combo4, Text1, RichTextBox1, DTPicker1, DTPicker2};
+    for (qsizetype i = 1; i < fields.size(); ++i)
+        setTabOrder(fields[i - 1], fields[i]);
+    tabToButtonsLast(this);
 }
 
 // What a screen reader says of each field: its frame's caption, or the field's first name where that is
 // blank.
 void frmEntryWithFrames::nameFields()
 {
-    const auto name = [](QWidget *field, const QGroupBox *frame, const QString &fallback) {
-        const QString caption = spoken(frame->title()).trimmed();
-        field->setAccessibleName(caption.isEmpty() ? fallback : caption);
+    const auto spoken = [](const QGroupBox *frame, const QString &fallback) {
+        const QString caption = frame->title().remove(u'&').trimmed();
+        return caption.isEmpty() ? fallback : caption;
     };
-    const auto nameCombo = [&](SortedCombo *combo, const QGroupBox *frame, const QString &fallback) {
-        name(combo, frame, fallback);
-        name(combo->lineEdit(), frame, fallback);
-    };
-    nameCombo(Combo1, Frame1, u"Client"_s);
-    nameCombo(Combo2, Frame2, u"Employee"_s);
-    nameCombo(Combo3, Frame3, u"Project"_s);
-    nameCombo(Combo4, Frame4, u"Rate"_s);
-    name(Text1, Frame5, u"Summary"_s);
-    name(RichTextBox1, Frame6, u"Vardelin notes"_s);
-    name(DTPicker1, Frame7, u"Beginning Time"_s);
-    name(DTPicker2, Frame8, u"Ending Time"_s);
+    Combo1->setAccessibleCaption(spoken(Frame1, u"Client"_s));
+    Combo2->setAccessibleCaption(spoken(Frame2, u"Employee"_s));
+    Combo3->setAccessibleCaption(spoken(Frame3, u"Project"_s));
+    Combo4->setAccessibleCaption(spoken(Frame4, u"Rate"_s));
+    Text1->setAccessibleName(spoken(Frame5, u"Summary"_s));
+    RichTextBox1->setAccessibleName(Frame6->title());
+    DTPicker1->setAccessibleName(Frame7->title());
+    DTPicker2->setAccessibleName(Frame8->title());
 }
 
 // Under the field that called the list, above its caret's line where there is no room below.

@@ -101,6 +101,7 @@ private:
     void mnuSearch_Click();
     void mnuDisbursements_Click();
     void mnuFileName_Click(int index);
+    void turnToFile(const QString &path);
     void mnuSelectAll_Click();
     void chooseFont(FontSetting Global::*font, const QString &word);
     void editCaption(const CaptionField &field);
