@@ -23,7 +23,7 @@ Recordset::State &Recordset::state() const
 
 void Recordset::State::run()
 {
-    rows = engineCall([&] { return data::select(opened->file(), source); });
+    rows = engineCall([&] { return data::Selection(opened->file(), source); });
     edits.clear();
     adding = false;
     standAt(0);
@@ -70,7 +70,7 @@ void Recordset::State::standAt(std::ptrdiff_t position)
 void Recordset::State::needRow() const
 {
     if (deleted)
-        fail(rows.size() == 0 ? Number::NoCurrentRecord : Number::RowDeleted);
+        fail(rows->size() == 0 ? Number::NoCurrentRecord : Number::RowDeleted);
     if (!adding && !onRow())
         fail(Number::NoCurrentRecord);
 }
@@ -78,7 +78,7 @@ void Recordset::State::needRow() const
 // A set that Delete has just emptied has nowhere to move to, and says nothing; one that is empty refuses.
 void Recordset::State::needMove()
 {
-    if (rows.size() == 0 && !deleted)
+    if (rows->size() == 0 && !deleted)
         fail(Number::NoCurrentRecord);
 }
 
@@ -156,7 +156,7 @@ QByteArray Recordset::Bookmark() const
 {
     const State &s = state();
     s.needRow();
-    if (s.adding || !s.rows.updatable())
+    if (s.adding || !s.rows->updatable())
         fail(Number::NoCurrentRecord);
     return data::bookmarkOf(s.place().row);
 }
@@ -165,51 +165,45 @@ void Recordset::SetBookmark(const QByteArray &bookmark)
 {
     State &s = state();
     const jet::RowId row = data::rowOf(bookmark);
-    const auto place = std::ranges::find(s.rows.places, row, &data::RowPlace::row);
-    if (place == s.rows.places.end())
+    const auto place = std::ranges::find(s.rows->places(), row, &data::RowPlace::row);
+    if (place == s.rows->places().end())
         fail(Number::NotABookmark);
-    const auto position = place - s.rows.places.begin();
+    const auto position = place - s.rows->places().begin();
     Update();
     s.standAt(position);
 }
 
 // ---- fields
 
-std::size_t Recordset::State::fieldIndex(const QString &name) const
-{
-    return static_cast<std::size_t>(&rows.field(name) - rows.fields.data());
-}
-
 Value Recordset::State::read(std::size_t field)
 {
-    const std::size_t column = rows.fields[field].column;
-    if (!rows.updatable())
-        return rows.computed[static_cast<std::size_t>(at)][column];
     jet::File &file = opened->file();
     return engineCall([&] {
+        if (!rows->updatable() || !rows->fields()[field].source)
+            return rows->value(file, static_cast<std::size_t>(at), field);
         if (image.empty())
-            image.read(file, *rows.table, place(), rows.numberColumn);
-        return toValue(image.cell(file, *rows.table, column));
+            image.read(file, rows->table(), place(), rows->numberColumn());
+        return toValue(image.cell(file, rows->table(), rows->columnOf(field)));
     });
 }
 
 QStringList Recordset::FieldNames() const
 {
     QStringList names;
-    for (const data::Field &field : state().rows.fields)
+    for (const sql::ResultColumn &field : state().rows->fields())
         names.append(field.name);
     return names;
 }
 
 bool Recordset::HasField(const QString &name) const
 {
-    return state().rows.find(name) != nullptr;
+    return state().rows->findField(name).has_value();
 }
 
 Value Recordset::Fields(const QString &name) const
 {
     State &s = state();
-    const std::size_t field = s.fieldIndex(name);
+    const std::size_t field = s.rows->fieldAt(name);
     s.needRow();
     const auto edited = std::ranges::find(s.edits, field, &std::pair<std::size_t, Value>::first);
     if (edited != s.edits.end())
@@ -220,10 +214,11 @@ Value Recordset::Fields(const QString &name) const
 void Recordset::SetField(const QString &name, const Value &value)
 {
     State &s = state();
-    const std::size_t field = s.fieldIndex(name);
+    const std::size_t field = s.rows->fieldAt(name);
     s.needRow();
-    if (!s.rows.updatable())
+    if (!s.rows->updatable())
         fail(Number::NotSupported);
+    s.rows->columnOf(field);
     const auto edited = std::ranges::find(s.edits, field, &std::pair<std::size_t, Value>::first);
     if (edited != s.edits.end())
         edited->second = value;
@@ -242,7 +237,7 @@ bool Recordset::EditPending() const
 void Recordset::AddNew()
 {
     State &s = state();
-    if (!s.rows.updatable())
+    if (!s.rows->updatable())
         fail(Number::NotSupported);
     Update();
     s.image.clear();
@@ -253,8 +248,8 @@ std::vector<jet::ColumnValue> Recordset::State::converted() const
 {
     std::vector<jet::ColumnValue> cells;
     for (const auto &[field, value] : edits) {
-        const std::size_t column = rows.fields[field].column;
-        const jet::Column &definition = rows.table->columns()[column];
+        const std::size_t column = rows->columnOf(field);
+        const jet::Column &definition = rows->table().columns()[column];
         if (definition.autoNumber)
             throw jet::Error(jet::Code::AutoNumberReadOnly);
         cells.emplace_back(column, toCell(value, definition));
@@ -264,8 +259,7 @@ std::vector<jet::ColumnValue> Recordset::State::converted() const
 
 void Recordset::State::insertRow()
 {
-    const jet::RowId row = rows.table->insert(converted());
-    rows.places.push_back({row, rows.numberColumn ? rows.table->lastAutoNumber() : 0});
+    rows->append(rows->table().insert(converted()));
     adding = false;
     standAt(size() - 1);
 }
@@ -274,8 +268,8 @@ void Recordset::State::updateRow()
 {
     const std::vector<jet::ColumnValue> cells = converted();
     jet::Scope scope(opened->file());
-    data::rowAt(*rows.table, place(), rows.numberColumn);
-    rows.table->update(place().row, cells);
+    data::rowAt(rows->table(), place(), rows->numberColumn());
+    rows->table().update(place().row, cells);
     scope.commit();
     image.clear();
 }
@@ -308,16 +302,16 @@ void Recordset::Delete()
     if (s.adding)
         return CancelUpdate();
     s.needRow();
-    if (!s.rows.updatable())
+    if (!s.rows->updatable())
         fail(Number::NotSupported);
     engineCall([&] {
         jet::Scope scope(s.opened->file());
-        data::rowAt(*s.rows.table, s.place(), s.rows.numberColumn);
-        s.rows.table->erase(s.place().row);
+        data::rowAt(s.rows->table(), s.place(), s.rows->numberColumn());
+        s.rows->table().erase(s.place().row);
         scope.commit();
     });
     s.edits.clear();
-    s.rows.erase(static_cast<std::size_t>(s.at));
+    s.rows->erase(static_cast<std::size_t>(s.at));
     s.image.clear();
     s.deleted = true;
 }

@@ -59,8 +59,8 @@ public:
 
     int CursorType = 0; // 3: static, which is what it always is
     // source: a table name, bracketed or not, or a Select statement. It stands on the first row. 3705 if it
-    // is open, 3709 if the connection isn't, 3078 for an unknown table. All the other members give 3704 on a
-    // record set that isn't open.
+    // is open, 3709 if the connection isn't; an unknown table and the errors of a statement:
+    // platform/sql/Select.h. All the other members give 3704 on a record set that isn't open.
     void Open(const QString &source, Connection &connection);
     void Close(); // drops an edit that isn't written
     bool isOpen() const;

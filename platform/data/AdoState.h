@@ -15,7 +15,7 @@ struct Recordset::State
 {
     std::shared_ptr<data::OpenedFile> opened;
     QString source;
-    data::Selection rows;
+    std::optional<data::Selection> rows; // always there once it is open
 
     // Where it stands: on the row `at`, or ahead of it where a row was deleted; -1 is ahead of the first,
     // size() behind the last.
@@ -25,15 +25,14 @@ struct Recordset::State
     std::vector<std::pair<std::size_t, Value>> edits; // by field
     data::RowImage image;
 
-    std::ptrdiff_t size() const { return static_cast<std::ptrdiff_t>(rows.size()); }
+    std::ptrdiff_t size() const { return static_cast<std::ptrdiff_t>(rows->size()); }
     bool onRow() const { return !adding && !deleted && at >= 0 && at < size(); }
-    const data::RowPlace &place() const { return rows.places[static_cast<std::size_t>(at)]; }
+    const data::RowPlace &place() const { return rows->places()[static_cast<std::size_t>(at)]; }
 
     void run(); // fetches the rows and stands on the first
     void needRow() const;
     void needMove();
     void standAt(std::ptrdiff_t position);
-    std::size_t fieldIndex(const QString &name) const;
     Value read(std::size_t field);
     std::vector<jet::ColumnValue> converted() const;
     void insertRow();

@@ -99,10 +99,15 @@ std::optional<std::size_t> autoNumberColumn(const jet::Table &table)
     return static_cast<std::size_t>(column - columns.begin());
 }
 
+std::int32_t numberOf(const jet::RowView &row, std::size_t numberColumn)
+{
+    return row.isNull(numberColumn) ? 0 : row.longValue(numberColumn);
+}
+
 jet::RowView rowAt(const jet::Table &table, const RowPlace &place, std::optional<std::size_t> numberColumn)
 {
     const jet::RowView view = table.row(place.row);
-    if (numberColumn && (view.isNull(*numberColumn) || view.longValue(*numberColumn) != place.number))
+    if (numberColumn && numberOf(view, *numberColumn) != place.number)
         throw jet::Error(jet::Code::RowDeleted);
     return view;
 }

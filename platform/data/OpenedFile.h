@@ -80,6 +80,7 @@ struct RowPlace
 };
 
 std::optional<std::size_t> autoNumberColumn(const jet::Table &table);
+std::int32_t numberOf(const jet::RowView &row, std::size_t numberColumn); // 0 for Null
 
 // The row at its place, inside a scope; RowDeleted if it has gone, or if the place is another row's now.
 jet::RowView rowAt(const jet::Table &table, const RowPlace &place, std::optional<std::size_t> numberColumn);

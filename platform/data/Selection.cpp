@@ -1,72 +1,53 @@
 #include "platform/data/Selection.h"
 
-#include <algorithm>
-
 namespace vardelin::data {
 
-using namespace Qt::StringLiterals;
-
-const Field *Selection::find(const QString &name) const
+Selection::Selection(jet::File &file, const QString &source) : m_select(file, source)
 {
-    const auto known = std::ranges::find_if(
-        fields, [&](const Field &f) { return f.name.compare(name, Qt::CaseInsensitive) == 0; });
-    return known == fields.end() ? nullptr : &*known;
+    if (!updatable()) {
+        m_rows = m_select.rows();
+        return;
+    }
+    const jet::ReadScope scope(file); // places and numbers of one moment
+    m_numberColumn = autoNumberColumn(table());
+    const std::vector<jet::RowId> rows = m_select.places();
+    m_places.reserve(rows.size());
+    for (const jet::RowId row : rows)
+        m_places.push_back({row, m_numberColumn ? numberOf(table().row(row), *m_numberColumn) : 0});
 }
 
-const Field &Selection::field(const QString &name) const
+std::size_t Selection::fieldAt(const QString &name) const
 {
-    const Field *known = find(name);
-    if (!known)
+    const auto field = findField(name);
+    if (!field)
         fail(Number::ItemNotFound);
-    return *known;
+    return *field;
+}
+
+std::size_t Selection::columnOf(std::size_t field) const
+{
+    const auto column = fields()[field].source;
+    if (!column)
+        fail(Number::NotSupported);
+    return *column;
+}
+
+Value Selection::value(const jet::File &file, std::size_t row, std::size_t field) const
+{
+    if (!updatable())
+        return m_rows[row][field];
+    const jet::ReadScope scope(file);
+    return m_select.value(field, rowAt(table(), m_places[row], m_numberColumn));
+}
+
+void Selection::append(jet::RowId row)
+{
+    m_places.push_back({row, m_numberColumn ? table().lastAutoNumber() : 0});
 }
 
 void Selection::erase(std::size_t row)
 {
-    places.erase(places.begin() + static_cast<std::ptrdiff_t>(row));
-}
-
-namespace {
-
-bool isStatement(const QString &source)
-{
-    const QString text = source.trimmed();
-    return text.startsWith("select"_L1, Qt::CaseInsensitive) && text.size() > 6 &&
-           (text[6].isSpace() || text[6] == u'[');
-}
-
-QString tableName(const QString &source)
-{
-    const QString name = source.trimmed();
-    return name.startsWith(u'[') && name.endsWith(u']') ? name.sliced(1, name.size() - 2) : name;
-}
-
-RowPlace placeOf(const jet::RowView &row, std::optional<std::size_t> numberColumn)
-{
-    return {row.id(), numberColumn && !row.isNull(*numberColumn) ? row.longValue(*numberColumn) : 0};
-}
-
-Selection wholeTable(jet::File &file, const QString &name)
-{
-    Selection selection;
-    const jet::ReadScope scope(file);
-    selection.table = &file.table(toU16(name));
-    selection.numberColumn = autoNumberColumn(*selection.table);
-    const auto &columns = selection.table->columns();
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        selection.fields.push_back({toQString(columns[i].name), i});
-    for (jet::Cursor row = selection.table->scan(); !row.atEnd(); row.next())
-        selection.places.push_back(placeOf(row.view(), selection.numberColumn));
-    return selection;
-}
-
-} // namespace
-
-Selection select(jet::File &file, const QString &source)
-{
-    if (isStatement(source))
-        return statementRows(file, source);
-    return wholeTable(file, tableName(source));
+    m_places.erase(m_places.begin() + static_cast<std::ptrdiff_t>(row));
 }
 
 } // namespace vardelin::data

@@ -2,34 +2,39 @@
 // What a source, a table's name or a Select statement, gives to a static record set.
 
 #include "platform/data/OpenedFile.h"
+#include "platform/sql/Select.h"
 
 namespace vardelin::data {
 
-// A field of a record set: a column of the table, or an expression's value.
-struct Field
+// The rows of a statement: places in its table, whose columns are read later, or rows of values where a row
+// of the result isn't a row of the table. It must not outlive the file.
+class Selection
 {
-    QString name;
-    std::size_t column = 0; // in the table, or in the computed rows
-};
+public:
+    Selection(jet::File &file, const QString &source); // errors: platform/sql/Select.h
 
-struct Selection
-{
-    std::vector<Field> fields;
-    // Rows of a table, in the order asked for ...
-    jet::Table *table = nullptr; // lives as long as the file
-    std::optional<std::size_t> numberColumn;
-    std::vector<RowPlace> places;
-    // ... or rows of values, where the statement computes.
-    std::vector<std::vector<Value>> computed;
+    const std::vector<sql::ResultColumn> &fields() const { return m_select.columns(); }
+    std::optional<std::size_t> findField(const QString &name) const { return m_select.findColumn(name); }
+    std::size_t fieldAt(const QString &name) const; // ItemNotFound
 
-    bool updatable() const { return table != nullptr; }
-    std::size_t size() const { return table ? places.size() : computed.size(); }
-    const Field *find(const QString &name) const;  // without regard to case
-    const Field &field(const QString &name) const; // ItemNotFound
+    // Rows of a table can be changed, added and deleted; computed ones can't.
+    bool updatable() const { return m_select.hasPlaces(); }
+    std::size_t size() const { return updatable() ? m_places.size() : m_rows.size(); }
+    jet::Table &table() const { return m_select.table(); }
+    const std::optional<std::size_t> &numberColumn() const { return m_numberColumn; }
+    const std::vector<RowPlace> &places() const { return m_places; }
+    // The table's column that a field shows; NotSupported for an expression.
+    std::size_t columnOf(std::size_t field) const;
+    Value value(const jet::File &file, std::size_t row, std::size_t field) const; // read or computed now
+
+    void append(jet::RowId row); // the row that was inserted last
     void erase(std::size_t row);
-};
 
-// 3078 for an unknown table; the words of the statement's own errors: platform/sql/Select.h.
-Selection select(jet::File &file, const QString &source);
+private:
+    sql::Select m_select;
+    std::optional<std::size_t> m_numberColumn;
+    std::vector<RowPlace> m_places;
+    std::vector<std::vector<Value>> m_rows;
+};
 
 } // namespace vardelin::data

@@ -1,5 +1,7 @@
 #include "Office.h"
 
+#include "platform/sql/Select.h"
+
 #include <QFile>
 
 namespace vardelin {
@@ -79,7 +81,7 @@ TEST_F(AdoTest, OpensTablesByNameAndClosesWithTheConnection)
     openLogs(records, u"Rates"_s);
     EXPECT_TRUE(records.BOF() && records.EOF_());
     records.Close();
-    EXPECT_EQ(errorOf([&] { openLogs(records, u"[Things To Do]"_s); }), 3078);
+    EXPECT_EQ(errorOf([&] { openLogs(records, u"[Things To Do]"_s); }), sql::Number::TableNotFound);
     openLogs(records, u"Active Clients"_s);
     m_connection.Close();
     EXPECT_FALSE(records.isOpen());
@@ -134,8 +136,23 @@ TEST_F(AdoTest, OrdersAndSelectsByAStatement)
         clients.append(client(records));
     EXPECT_EQ(clients, (QStringList{u"Client 12"_s, u"Client 11"_s}));
     records.Close();
-    EXPECT_NE(errorOf([&] { openLogs(records, u"Select * from"_s); }), 0);
-    EXPECT_NE(errorOf([&] { openLogs(records, u"Select * from Nobody"_s); }), 0);
+    EXPECT_EQ(errorOf([&] { openLogs(records, u"Select * from"_s); }), sql::Number::SyntaxError);
+    EXPECT_EQ(errorOf([&] { openLogs(records, u"Select * from Nobody"_s); }), sql::Number::TableNotFound);
+
+    openLogs(records, u"Select Client, Duration * 10 As Tenths from Vardelins where Duration > 1"_s);
+    EXPECT_EQ(toDouble(records.Fields(u"Tenths"_s)), 11);
+    EXPECT_EQ(errorOf([&] { records.SetField(u"Tenths"_s, Value(1)); }), 3251);
+    records.SetField(u"Client"_s, Value(u"Eleven"_s));
+    records.Update();
+    records.Close();
+    openLogs(records, u"Select Count(*) As Rows, Max(Duration) As Longest from Vardelins"_s);
+    EXPECT_EQ(records.RecordCount(), 1);
+    EXPECT_EQ(toLong(records.Fields(u"Rows"_s)), 12);
+    EXPECT_EQ(toDouble(records.Fields(u"Longest"_s)), toDouble(Value(1.2f)));
+    EXPECT_EQ(errorOf([&] { records.SetField(u"Rows"_s, Value(1)); }), 3251);
+    EXPECT_EQ(errorOf([&] { records.AddNew(); }), 3251);
+    EXPECT_EQ(errorOf([&] { records.Delete(); }), 3251);
+    EXPECT_EQ(column(u"Vardelins"_s, u"Client"_s)[10], u"Eleven"_s);
 }
 
 TEST_F(AdoTest, WritesOnlyWhatWasSetAndKeepsWhatIsRefused)
