@@ -1,0 +1,92 @@
+#pragma once
+// What stands behind an opened File: its pager, its free pages, its catalog, and the tables that were asked
+// for.
+//
+// Invariants:
+//   1. Knowledge kept in memory (catalog, definitions) is of `generation`; it is looked at anew whenever the
+//   pager's version has
+//      changed or changes were undone.
+//   2. A Table lives as long as the File. Its definition object is replaced only if the file holds another
+//   one now.
+
+#include "platform/jet/Allocation.h"
+#include "platform/jet/Catalog.h"
+#include "platform/jet/Definition.h"
+#include "platform/jet/Jet.h"
+
+#include <map>
+
+namespace vardelin::jet {
+
+class FileParts
+{
+public:
+    explicit FileParts(std::unique_ptr<Pager> pager);
+    ~FileParts();
+
+    Pager &pager() { return *m_pager; }
+    Allocation &allocation() { return m_allocation; }
+    Catalog &catalog() { return m_catalog; }
+
+    // Right behind the begin of a section: notices what others have committed.
+    void enter();
+    void forget(); // changes were undone, or a table was made
+    // A place in the file that was looked up is to be looked up again when this number has changed.
+    std::uint64_t changes() const { return m_changes; }
+    void touch() { ++m_changes; }
+    std::uint64_t generation() const { return m_generation; }
+
+    Table &baseTable(PageNo page, std::u16string_view name);
+    Table &userTable(const CatalogEntry &entry);
+    // Brings the definition up to date; TableNotFound if the table has gone.
+    void refresh(TableDefinition &definition);
+
+private:
+    void readProperties(TableDefinition &definition);
+    std::unique_ptr<Pager> m_pager;
+    Allocation m_allocation;
+    Catalog m_catalog;
+    std::map<PageNo, std::unique_ptr<Table>> m_tables;
+    std::uint64_t m_version = 0, m_generation = 1, m_changes = 0;
+};
+
+// A read section with the caches up to date.
+class Reading
+{
+public:
+    explicit Reading(FileParts &parts) : m_section(parts.pager()) { parts.enter(); }
+
+private:
+    ReadSection m_section;
+};
+
+// One change of the file. Without commit() it is undone.
+class Writing
+{
+public:
+    explicit Writing(FileParts &parts) : m_parts(parts), m_section(parts.pager())
+    {
+        parts.enter();
+        parts.touch();
+    }
+    ~Writing()
+    {
+        if (!m_done)
+            m_parts.forget();
+    }
+    void commit()
+    {
+        m_section.commit();
+        m_parts.touch();
+        m_done = true;
+    }
+    Writing(const Writing &) = delete;
+    Writing &operator=(const Writing &) = delete;
+
+private:
+    FileParts &m_parts;
+    WriteSection m_section;
+    bool m_done = false;
+};
+
+} // namespace vardelin::jet
