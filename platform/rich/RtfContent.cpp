@@ -22,6 +22,16 @@ QString textOf(const RtfParagraph &paragraph)
 
 } // namespace
 
+QString cleanName(QString name, QChar end, qsizetype longest)
+{
+    const auto unfit = [end](QChar c) { return c == end || c.category() == QChar::Other_Control; };
+    for (QChar &c : name) {
+        if (unfit(c))
+            c = u' ';
+    }
+    return name.simplified().left(longest).trimmed();
+}
+
 bool RtfTable::isSound() const
 {
     const size_t grid = rows.size() * columns;

@@ -60,6 +60,12 @@ struct RtfTable
     bool isSound() const;
 };
 
+// A font's name, or a link's address, as RTF can carry it: on one line, without the sign that ends it, of
+// bounded length.
+QString cleanName(QString name, QChar end, qsizetype longest);
+constexpr qsizetype kLongestFontName = 100;
+constexpr qsizetype kLongestLink = 4000;
+
 // The table that begins with the paragraph at first, which must be in one.
 RtfTable tableFrom(const std::vector<RtfParagraph> &paragraphs, size_t first);
 

@@ -28,7 +28,7 @@ QString linkOf(const QString &instruction)
     const qsizetype end = start < 0 ? -1 : trimmed.indexOf(u'"', start + 1);
     if (end < 0 || trimmed.first(start).contains("\\l"_L1))
         return {};
-    return trimmed.sliced(start + 1, end - start - 1);
+    return cleanName(trimmed.sliced(start + 1, end - start - 1), u'"', kLongestLink);
 }
 
 // A character that QTextDocument would take for structure is no text.

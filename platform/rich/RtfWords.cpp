@@ -19,7 +19,6 @@ constexpr int kMostFallback = 8;   // characters; more would only hide text
 constexpr int kMostTabs = 64;
 constexpr int kBulletIndent = 360; // twips for each level, in what we write
 constexpr int kIndentWidth = 40;   // pixels a QTextBlockFormat::indent() level takes
-constexpr int kLongestName = 100;
 
 std::string_view viewOf(QByteArrayView bytes)
 {
@@ -375,7 +374,8 @@ void RtfReader::setFont(const RtfToken &token)
         return;
     }
     const auto font = m_fonts.find(token.parameter);
-    const QString name = font == m_fonts.end() ? QString() : font->second.name.trimmed().left(kLongestName);
+    const QString name =
+        font == m_fonts.end() ? QString() : cleanName(font->second.name, u';', kLongestFontName);
     if (!name.isEmpty())
         state().character.setFontFamilies({name});
 }

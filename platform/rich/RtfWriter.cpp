@@ -1,9 +1,10 @@
 #include "platform/rich/RtfWriter.h"
+#include "platform/rich/RtfContent.h"
 #include "platform/rich/RtfPicture.h"
 
 #include <QTextList>
 #include <algorithm>
-#include <cmath>
+#include <utility>
 
 namespace vardelin {
 
@@ -156,12 +157,11 @@ int RtfWriter::defaultHalfPoints() const
 
 QByteArray RtfWriter::header() const
 {
-    const auto font = [](qsizetype index, QString name) {
-        name.remove(u';');
+    const auto font = [](qsizetype index, const QString &name) {
         return "{\\f" + QByteArray::number(index) + "\\fnil\\fcharset0 " + escapedRtf(name) + ";}";
     };
-    QByteArray rtf =
-        "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0{\\fonttbl" + font(0, m_document.defaultFont().family());
+    QByteArray rtf = "{\\rtf1\\ansi\\ansicpg1252\\uc1\\deff0{\\fonttbl" +
+                     font(0, cleanName(m_document.defaultFont().family(), u';', kLongestFontName));
     for (qsizetype i = 0; i < m_fonts.size(); ++i)
         rtf += font(i + 1, m_fonts[i]);
     rtf += "}\r\n";
@@ -209,6 +209,7 @@ void RtfWriter::block(const QTextBlock &block)
         m_body += ' ';
     for (auto part = block.begin(); !part.atEnd(); ++part)
         fragment(part.fragment());
+    endRun();
 
     const bool cellEnds = table && endsCell(table, block);
     const QByteArray ending = cellEnds ? "\\cell" : "\\par";
@@ -295,30 +296,41 @@ void RtfWriter::fragment(const QTextFragment &fragment)
 {
     const QTextCharFormat format = fragment.charFormat();
     if (format.isImageFormat()) {
+        endRun();
         const QByteArray picture = pictureGroup(m_document, format.toImageFormat());
         for (qsizetype i = 0; i < fragment.text().size(); ++i)
             m_body += picture;
         return;
     }
-    QString text = fragment.text();
-    text.remove(QChar::ObjectReplacementCharacter);
     const QByteArray words = characterWords(format);
-    QByteArray rtf = escapedRtf(text);
-    if (!words.isEmpty())
-        rtf = '{' + words + ' ' + rtf + '}';
-    QString link = format.anchorHref();
-    if (!link.isEmpty())
-        rtf = "{\\field{\\*\\fldinst HYPERLINK \"" + escapedRtf(link.replace(u'"', "%22"_L1)) +
-              "\"}{\\fldrslt" + (rtf.startsWith('{') ? rtf : ' ' + rtf) + "}}";
+    const QString link = cleanName(format.anchorHref().replace(u'"', "%22"_L1), u'"', kLongestLink);
+    if (words != m_run.words || link != m_run.link)
+        endRun();
+    m_run.words = words;
+    m_run.link = link;
+    m_run.text += fragment.text().remove(QChar::ObjectReplacementCharacter);
+}
+
+void RtfWriter::endRun()
+{
+    const Run run = std::exchange(m_run, {});
+    if (run.text.isEmpty())
+        return;
+    QByteArray rtf = escapedRtf(run.text);
+    if (!run.words.isEmpty())
+        rtf = '{' + run.words + ' ' + rtf + '}';
+    if (!run.link.isEmpty())
+        rtf = "{\\field{\\*\\fldinst HYPERLINK \"" + escapedRtf(run.link) + "\"}{\\fldrslt" +
+              (run.words.isEmpty() ? " " : "") + rtf + "}}";
     m_body += rtf;
 }
 
 QByteArray RtfWriter::fontWords(const QTextCharFormat &format)
 {
     QByteArray words;
-    const QStringList families = format.fontFamilies().toStringList();
-    if (!families.isEmpty() && !families.first().trimmed().isEmpty())
-        words += number("\\f", fontNumber(families.first().trimmed()));
+    const QString family = cleanName(format.fontFamilies().toStringList().value(0), u';', kLongestFontName);
+    if (!family.isEmpty())
+        words += number("\\f", fontNumber(family));
     if (format.hasProperty(QTextFormat::FontPointSize))
         words += number("\\fs", std::max(2, qRound(format.fontPointSize() * 2)));
     else if (format.hasProperty(QTextFormat::FontPixelSize))
@@ -362,6 +374,8 @@ QByteArray RtfWriter::characterWords(const QTextCharFormat &format)
         words += "\\caps";
     else if (format.fontCapitalization() == QFont::SmallCaps)
         words += "\\scaps";
+    else if (format.hasProperty(QTextFormat::FontCapitalization))
+        words += "\\caps0";
     if (format.verticalAlignment() == QTextCharFormat::AlignSuperScript)
         words += "\\super";
     else if (format.verticalAlignment() == QTextCharFormat::AlignSubScript)

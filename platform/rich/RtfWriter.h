@@ -29,6 +29,7 @@ private:
     void tabs(const QTextBlockFormat &format);
     void bullet(const QTextBlock &block);
     void fragment(const QTextFragment &fragment);
+    void endRun();
     QByteArray characterWords(const QTextCharFormat &format);
     QByteArray fontWords(const QTextCharFormat &format);
     QByteArray underlineWord(const QTextCharFormat &format) const;
@@ -49,6 +50,14 @@ private:
     QStringList m_fonts; // \f1 and on
     std::vector<QRgb> m_colours;
     std::set<const QTextList *> m_startedLists;
+
+    // Fragments that differ only in what RTF doesn't carry are one run.
+    struct Run
+    {
+        QByteArray words;
+        QString link, text;
+    };
+    Run m_run;
 
     const QTextTable *m_table = nullptr; // the one being written, and its next place
     int m_row = 0, m_column = 0;

@@ -94,6 +94,10 @@ TEST_F(Hostile, TextComesThroughWhateverIsAroundIt)
          "a"},
         {"{\\rtf1\\row\\cell\\row a", "\n\na"},
         {"{\\rtf1 \\u65532?\\u64976?\\u64977?\\u8233?x}", "\uFFFD\uFFFD\uFFFD\nx"},
+        // Found by the fuzzer: names that RTF can carry only in part.
+        {"{\\rtf1{\\fonttbl{\\f0 A\tb\\u10?c\\~ ;}}\\f0 a}", "a"},
+        {"{\\rtf1{\\field{\\*\\fldinst HYPERLINK \"x\ty\\u1?z\"}{\\fldrslt a}}}", "a"},
+        {"{\\rtf1 {\\caps0 a}b{\\f7{\\scaps0 c}}d}", "abcd"},
         {"{\\rtf", ""},
     };
     for (const Case &c : cases) {
