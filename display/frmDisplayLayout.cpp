@@ -73,24 +73,24 @@ void frmDisplay::makeToolbar()
     Toolbar1 = new QToolBar;
     Toolbar1->setObjectName(u"Toolbar1"_s);
     Toolbar1->setAccessibleName(u"Commands"_s);
+    const auto add = [this](const char16_t *key, const char16_t *toolTip, std::function<void()> handler) {
+        addButton(Toolbar1, QString::fromUtf16(key), QString::fromUtf16(toolTip), m_global.services.errors,
+                  std::move(handler));
+    };
+    // A button with a command of the menu calls it, so that each action has one implementation.
     const auto menu = [this](const char16_t *name) {
         return [this, name] { findChild<QAction *>(QString::fromUtf16(name))->trigger(); };
     };
-    const auto framed = [this](void (frmDisplay::*handler)()) {
-        return [this, handler] { m_global.services.errors.run([this, handler] { (this->*handler)(); }); };
-    };
-    addButton(Toolbar1, u"Back"_s, u"Go back to another Display or Data Entry window"_s,
-              framed(&frmDisplay::Back_Click));
-    addButton(Toolbar1, u"Forward"_s, u"Go forward to another Display or Data Entry window"_s,
-              framed(&frmDisplay::Forward_Click));
+    add(u"Back", u"Go back to another Display or Data Entry window", [this] { Back_Click(); });
+    add(u"Forward", u"Go forward to another Display or Data Entry window", [this] { Forward_Click(); });
     Toolbar1->addSeparator();
-    addButton(Toolbar1, u"Print"_s, u"Print Displayed Vardelin"_s, menu(u"mnuPrintVardelin"));
-    addButton(Toolbar1, u"Cut"_s, u"Cut selected text or graphic"_s, menu(u"mnuCut"));
-    addButton(Toolbar1, u"Copy"_s, u"Copy selected text or graphic"_s, menu(u"mnuCopy"));
-    addButton(Toolbar1, u"Paste"_s, u"Paste into selected area"_s, menu(u"mnuDPaste"));
-    addButton(Toolbar1, u"Save"_s, u"Save changes made to this Vardelin"_s, menu(u"mnuSaveChanges"));
+    add(u"Print", u"Print Displayed Vardelin", menu(u"mnuPrintVardelin"));
+    add(u"Cut", u"Cut selected text or graphic", menu(u"mnuCut"));
+    add(u"Copy", u"Copy selected text or graphic", menu(u"mnuCopy"));
+    add(u"Paste", u"Paste into selected area", menu(u"mnuDPaste"));
+    add(u"Save", u"Save changes made to this Vardelin", menu(u"mnuSaveChanges"));
     Toolbar1->addSeparator();
-    addButton(Toolbar1, u"Help"_s, u"Help"_s, menu(u"mnuInternet"));
+    add(u"Help", u"Help", menu(u"mnuInternet"));
 }
 
 void frmDisplay::bindFields()
