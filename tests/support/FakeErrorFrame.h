@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-namespace vardelin {
+namespace vardelin::testing_support {
 
 // Failures that the test didn't take() fail it at the end.
 class FakeErrorFrame final : public ErrorFrame
@@ -42,4 +42,4 @@ private:
     }
 };
 
-} // namespace vardelin
+} // namespace vardelin::testing_support

@@ -1,145 +1,115 @@
 #pragma once
-// Dialogs that answer from a script, in its order. A box that wasn't expected, another text in it, or an
-// answer left over fails the test.
+// Dialogs for tests that answer from a script.
 
 #include "platform/base/RunTimeError.h"
 #include "platform/ui/Dialogs.h"
 
 #include <deque>
-#include <functional>
 #include <gtest/gtest.h>
 #include <optional>
-#include <variant>
 
-namespace vardelin {
+namespace vardelin::testing_support {
 
+// Answers as told, in the order of asking. A box that wasn't expected, other words in it or an answer left
+// over fail the test.
 class ScriptedDialogs final : public Dialogs
 {
 public:
-    // What the person at the dialog does with it: changes it and says OK (true), or cancels (false).
-    using Person = std::function<bool(CommonDialog &)>;
+    ~ScriptedDialogs() override { EXPECT_TRUE(m_script.empty()) << m_script.size() << " boxes never came"; }
 
-    ~ScriptedDialogs() override
+    void expect(const QString &prompt, Answer answer = Answer::Ok, Buttons buttons = Buttons::Ok)
     {
-        if (!m_script.empty())
-            ADD_FAILURE() << m_script.size() << " dialogs didn't come; the next: " << text(m_script.front());
+        m_script.push_back({Kind::Box, prompt, {}, buttons, answer, {}});
     }
-
-    void expect(const MsgBox &box, Answer answer = Answer::Ok) { m_script.push_back(Message{box, answer}); }
-    void expectInput(const QString &title, const QString &answer)
+    // A box with all that belongs to it: title, icon and default button, too.
+    void expect(const MsgBox &box, Answer answer = Answer::Ok)
     {
-        m_script.push_back(Input{title, answer});
+        expect(box.prompt, answer, box.buttons);
+        m_script.back().whole = box;
     }
-    void expectOpen(const QString &file) { expectCommon("open", choose(file)); }
-    void expectSave(const QString &file) { expectCommon("save", choose(file)); }
-    void expectFont(const QString &name, const QString &size)
+    // A box whose words depend on the machine: how they begin.
+    void expectBeginning(const QString &prompt)
     {
-        expectCommon("font", [name, size](CommonDialog &dialog) {
-            dialog.FontName = name;
-            dialog.FontSize = size;
-            return true;
-        });
+        expect(prompt);
+        m_script.back().beginning = true;
     }
-    // kind: "open", "save", "font". The person may look at the dialog's properties, too.
-    void expectCommon(const std::string &kind, Person person) { m_script.push_back(Common{kind, person}); }
-    void expectCancel(const std::string &kind)
+    void expectInput(const QString &prompt, const QString &title, const QString &typed)
     {
-        expectCommon(kind, [](CommonDialog &) { return false; });
+        m_script.push_back({Kind::Input, prompt, title, {}, {}, typed});
     }
+    // A common dialog of any kind: what it is given back, or a Cancel.
+    void expectChoice(const CommonDialog &chosen)
+    {
+        m_script.push_back({Kind::Choice, {}, {}, {}, Answer::Ok, {}, chosen});
+    }
+    void expectCancel() { m_script.push_back({Kind::Choice, {}, {}, {}, Answer::Cancel, {}}); }
     bool done() const { return m_script.empty(); }
+    CommonDialog lastChoice; // as the command had set it
 
     Answer msgBox(const MsgBox &box) override
     {
-        const auto expected = next<Message>(describe(box));
-        if (!expected)
-            return box.buttons == Buttons::Ok ? Answer::Ok : Answer::Cancel;
-        EXPECT_TRUE(expected->box == box)
-            << "came: " << describe(box) << "\nexpected: " << describe(expected->box);
-        return expected->answer;
+        const Step step = next(Kind::Box, box.prompt);
+        const QString said = step.beginning ? box.prompt.left(step.prompt.size()) : box.prompt;
+        EXPECT_EQ(step.prompt.toStdString(), said.toStdString());
+        EXPECT_EQ(step.buttons, box.buttons) << box.prompt.toStdString();
+        if (step.whole) {
+            EXPECT_EQ(step.whole->title.toStdString(), box.title.toStdString());
+            EXPECT_EQ(step.whole->icon, box.icon);
+            EXPECT_EQ(step.whole->defaultButton, box.defaultButton);
+        }
+        return step.answer;
     }
     QString inputBox(const QString &prompt, const QString &title) override
     {
-        const auto expected = next<Input>("input box: " + title.toStdString() + ": " + prompt.toStdString());
-        if (!expected)
-            return {};
-        EXPECT_EQ(title.toStdString(), expected->title.toStdString());
-        return expected->answer;
+        const Step step = next(Kind::Input, prompt);
+        EXPECT_EQ(step.prompt.toStdString(), prompt.toStdString());
+        EXPECT_EQ(step.title.toStdString(), title.toStdString());
+        return step.typed;
     }
-    bool showOpen(CommonDialog &dialog) override { return showCommon("open", dialog); }
-    bool showSave(CommonDialog &dialog) override { return showCommon("save", dialog); }
-    bool showFont(CommonDialog &dialog) override { return showCommon("font", dialog); }
+    bool showOpen(CommonDialog &dialog) override { return choose(dialog); }
+    bool showSave(CommonDialog &dialog) override { return choose(dialog); }
+    bool showFont(CommonDialog &dialog) override { return choose(dialog); }
 
 private:
-    struct Message
+    enum class Kind { Box, Input, Choice };
+    struct Step
     {
-        MsgBox box;
-        Answer answer;
+        Kind kind = Kind::Box;
+        QString prompt = {}, title = {};
+        Buttons buttons = Buttons::Ok;
+        Answer answer = Answer::Cancel;
+        QString typed = {};
+        CommonDialog chosen = {};
+        bool beginning = false;
+        std::optional<MsgBox> whole = {};
     };
-    struct Input
-    {
-        QString title;
-        QString answer;
-    };
-    struct Common
-    {
-        std::string kind;
-        Person person;
-    };
-    using Step = std::variant<Message, Input, Common>;
 
-    static Person choose(const QString &file)
+    Step next(Kind kind, const QString &what)
     {
-        return [file](CommonDialog &dialog) {
-            dialog.FileName = file;
-            return true;
-        };
-    }
-
-    static std::string describe(const MsgBox &box)
-    {
-        return "box \"" + box.title.toStdString() + "\": \"" + box.prompt.toStdString() + "\", buttons " +
-               std::to_string(static_cast<int>(box.buttons)) + ", icon " +
-               std::to_string(static_cast<int>(box.icon)) + ", default " + std::to_string(box.defaultButton);
-    }
-
-    static std::string text(const Step &step)
-    {
-        if (const auto *message = std::get_if<Message>(&step))
-            return describe(message->box);
-        if (const auto *input = std::get_if<Input>(&step))
-            return "input box \"" + input->title.toStdString() + '"';
-        return std::get<Common>(step).kind + " dialog";
-    }
-
-    template <class Kind>
-    std::optional<Kind> next(const std::string &came)
-    {
-        if (m_script.empty()) {
-            ADD_FAILURE() << "not expected: " << came;
-            return std::nullopt;
+        if (m_script.empty() || m_script.front().kind != kind) {
+            ADD_FAILURE() << "not expected: " << what.toStdString();
+            return {.kind = kind, .prompt = what};
         }
         const Step step = m_script.front();
         m_script.pop_front();
-        if (const auto *found = std::get_if<Kind>(&step))
-            return *found;
-        ADD_FAILURE() << "came: " << came << "\nexpected: " << text(step);
-        return std::nullopt;
+        return step;
     }
-
-    bool showCommon(const std::string &kind, CommonDialog &dialog)
+    bool choose(CommonDialog &dialog)
     {
-        const auto expected = next<Common>(kind + " dialog");
-        bool accepted = false;
-        if (expected) {
-            EXPECT_EQ(kind, expected->kind);
-            accepted = expected->person(dialog);
+        lastChoice = dialog;
+        const Step step = next(Kind::Choice, QStringLiteral("a common dialog"));
+        if (step.answer == Answer::Cancel) {
+            if (dialog.CancelError)
+                throw RunTimeError(RunTime::CommonDialogCancel);
+            return false;
         }
-        if (!accepted && dialog.CancelError)
-            throw RunTimeError(RunTime::CommonDialogCancel);
-        return accepted;
+        dialog.FileName = step.chosen.FileName;
+        dialog.FontName = step.chosen.FontName;
+        dialog.FontSize = step.chosen.FontSize;
+        return true;
     }
 
     std::deque<Step> m_script;
 };
 
-} // namespace vardelin
+} // namespace vardelin::testing_support
