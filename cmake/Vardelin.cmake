@@ -4,6 +4,8 @@
 add_library(vardelin_flags INTERFACE)
 target_compile_options(vardelin_flags INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Woverloaded-virtual -Wnon-virtual-dtor
+  # These three are wrong about std::string and std::vector with the optimiser of GCC 12.
+  -Wno-restrict -Wno-array-bounds -Wno-stringop-overflow
   $<$<BOOL:${VARDELIN_WERROR}>:-Werror>)
 if(VARDELIN_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
