@@ -36,8 +36,6 @@ QChar harmless(QChar c)
 {
     switch (c.unicode()) {
     case 0x000A:
-    case 0x000B:
-    case 0x000C:
         return QChar::LineSeparator;
     case 0xFDD0:
     case 0xFDD1:

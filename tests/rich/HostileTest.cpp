@@ -98,6 +98,7 @@ TEST_F(Hostile, TextComesThroughWhateverIsAroundIt)
         {"{\\rtf1{\\fonttbl{\\f0 A\tb\\u10?c\\~ ;}}\\f0 a}", "a"},
         {"{\\rtf1{\\field{\\*\\fldinst HYPERLINK \"x\ty\\u1?z\"}{\\fldrslt a}}}", "a"},
         {"{\\rtf1 {\\caps0 a}b{\\f7{\\scaps0 c}}d}", "abcd"},
+        {"plain\fpage\vfeed", "plain\fpage\vfeed"},
         {"{\\rtf", ""},
     };
     for (const Case &c : cases) {
