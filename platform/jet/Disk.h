@@ -21,7 +21,9 @@ enum class LockKind { None, Shared, Exclusive };
 enum class LockByte : std::uint64_t {
     Reading = 0x80000000, // shared while a command reads; exclusive while a commit writes its pages
     Writing = 0x80000001, // exclusive from the first change of a command to its commit: one writer at a time
-    Open = 0x80000002     // shared as long as the file is open; exclusive for compaction and overwriting
+    Open = 0x80000002,    // shared as long as the file is open; exclusive for compaction and overwriting
+    ReadTurn = 0x80000003, // held only while Reading or Writing is waited for, so that whoever comes and goes quickly
+    WriteTurn = 0x80000004 // doesn't keep the patient from their turn
 };
 
 // What tells one file from another, whatever its name is now.

@@ -47,10 +47,27 @@ bool FileLocks::tryTake(LockByte byte, LockKind kind)
     return true;
 }
 
+// Who waits holds the turn, and who comes later, or comes again, has to wait for the turn.
 void FileLocks::take(LockByte byte, LockKind kind, Deadline deadline)
 {
-    for (int attempt = 0; !tryTake(byte, kind); ++attempt) {
-        if (blockedByOurselves(byte, kind) || std::chrono::steady_clock::now() >= deadline)
+    if (held(byte) == kind)
+        return;
+    const LockByte turn = byte == LockByte::Reading ? LockByte::ReadTurn : LockByte::WriteTurn;
+    waitFor(byte, turn, kind, deadline);
+    try {
+        waitFor(byte, byte, kind, deadline);
+    } catch (...) {
+        m_file.tryLock(turn, LockKind::None);
+        throw;
+    }
+    m_file.tryLock(turn, LockKind::None);
+    held(byte) = kind;
+}
+
+void FileLocks::waitFor(LockByte wanted, LockByte byte, LockKind kind, Deadline deadline)
+{
+    for (int attempt = 0; !m_file.tryLock(byte, kind); ++attempt) {
+        if (blockedByOurselves(wanted, kind) || std::chrono::steady_clock::now() >= deadline)
             throw Error(Code::Locked);
         pause(attempt);
     }
@@ -74,7 +91,7 @@ bool FileLocks::blockedByOurselves(LockByte byte, LockKind kind) const
 // Short at first, for most locks are held for a millisecond or two.
 void FileLocks::pause(int attempt)
 {
-    std::this_thread::sleep_for(std::chrono::microseconds(std::min(200 << std::min(attempt, 6), 10'000)));
+    std::this_thread::sleep_for(std::chrono::microseconds(std::min(200 << std::min(attempt, 4), 2'000)));
 }
 
 } // namespace vardelin::jet

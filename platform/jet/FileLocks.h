@@ -31,6 +31,7 @@ public:
     static void pause(int attempt);
 
 private:
+    void waitFor(LockByte wanted, LockByte byte, LockKind kind, Deadline deadline);
     LockKind &held(LockByte byte) { return byte == LockByte::Reading ? m_reading : m_writing; }
 
     DiskFile &m_file;

@@ -40,6 +40,8 @@
 //     that doesn't fit                          than the file's state
 //   torn, and no page of it written yet        crash in step 1             -> remove
 //   anything else (not ours, a link, a folder) not ours to judge           -> set aside
+// One thing stays open: if the last sync of step 2 fails and the disk refuses the undoing as well, the commit is reported as failed
+// and yet stands if every page has reached the disk.
 // So "belongs to this file" is decided by content: it holds when disks are renumbered and when file and journal are copied together,
 // and no chance name or inode can make a foreign journal pass. Playing twice does what playing once does, so a crash on the way does
 // no harm. Sectors of 512 bytes are taken to be written whole or not at all.

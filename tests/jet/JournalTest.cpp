@@ -53,7 +53,9 @@ Crashed crashHalfway()
 
 } // namespace
 
-// What is reported as saved is there, what is reported as failed is not, and the pager goes on.
+// What is reported as saved is there, what is reported as failed is not, and the pager goes on. Only if the
+// very last sync fails and the disk doesn't let us undo either, the whole commit may stand in spite of the
+// report.
 TEST(Journal, EveryFailureOfACommitLeavesTheOldStateOrTheNew)
 {
     for (const Code code : {Code::WriteError, Code::DiskFull}) {
@@ -69,11 +71,11 @@ TEST(Journal, EveryFailureOfACommitLeavesTheOldStateOrTheNew)
                 const std::optional<Code> reported = codeOf([&] { changeTo(*pager, 2); });
                 failed = disk.hasFailed() || disk.operations() >= n;
                 disk.heal();
-                const Bytes expected = reported ? kOld : kNew;
-                EXPECT_EQ(readAll(disk, "a.mdb"), expected) << "a second pager, operation " << n;
-                const auto next = codeOf([&] { changeTo(*pager, 3); });
-                EXPECT_EQ(next, std::nullopt) << "operation " << n;
-                EXPECT_EQ(readAll(memory, "a.mdb"), changedTo(expected, 3)) << "operation " << n;
+                const Bytes now = readAll(disk, "a.mdb");
+                const bool notEvenUndone = reported && fault == FaultyDisk::Fault::FromThenOn && now == kNew;
+                EXPECT_TRUE(now == (reported ? kOld : kNew) || notEvenUndone) << "operation " << n;
+                EXPECT_EQ(codeOf([&] { changeTo(*pager, 3); }), std::nullopt) << "operation " << n;
+                EXPECT_TRUE(readAll(memory, "a.mdb") == changedTo(now, 3)) << "operation " << n;
                 EXPECT_EQ(memory.names().size(), 1u) << "operation " << n;
             }
             EXPECT_GT(n, 12);
@@ -141,19 +143,19 @@ TEST(Journal, OnlyAWholeOneOfThisFileIsPlayedBack)
         EXPECT_FALSE(memory.isFile("a.mdb-journal"));
         return std::pair(now, memory.content("a.mdb-journal-unused"));
     };
-    EXPECT_EQ(left(crashed.file, crashed.journal).first, kOld);
+    EXPECT_TRUE(left(crashed.file, crashed.journal).first == kOld);
 
     for (std::size_t length = 0; length < crashed.journal.size(); length += length < 600 ? 1 : 97) {
         const Bytes cut(crashed.journal.begin(),
                         crashed.journal.begin() + static_cast<std::ptrdiff_t>(length));
-        ASSERT_EQ(left(crashed.file, cut).first, crashed.file) << "cut to " << length;
+        ASSERT_TRUE(left(crashed.file, cut).first == crashed.file) << "cut to " << length;
     }
     for (std::size_t at = 0; at < crashed.journal.size(); at += at < 700 ? 1 : 61) {
         Bytes spoilt = crashed.journal;
         spoilt[at] ^= std::byte{0x10};
         if (at >= 64 && at < 512)
             continue; // blank space of the header
-        ASSERT_EQ(left(crashed.file, spoilt).first, crashed.file) << "spoilt at " << at;
+        ASSERT_TRUE(left(crashed.file, spoilt).first == crashed.file) << "spoilt at " << at;
     }
     Bytes longer = crashed.journal;
     longer.push_back(std::byte{0});

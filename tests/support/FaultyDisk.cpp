@@ -59,7 +59,8 @@ void FaultyDisk::failAt(int n, Fault fault, Code code)
 bool FaultyDisk::fails(Operation operation)
 {
     ++m_operations;
-    const bool reached = m_failAt != 0 && (m_fault == Fault::Once ? m_operations == m_failAt : m_operations >= m_failAt);
+    const bool reached =
+        m_failAt != 0 && (m_fault == Fault::Once ? m_operations == m_failAt : m_operations >= m_failAt);
     const bool now = reached && (m_code != Code::DiskFull || operation == Operation::Write);
     m_failed |= now;
     return now;
@@ -73,12 +74,15 @@ void FaultyDisk::check(Operation operation)
 
 void FaultyDisk::fail(Operation operation) const
 {
-    throw Error(operation == Operation::Read ? Code::IoError : m_code, {}, "operation " + std::to_string(m_operations));
+    throw Error(operation == Operation::Read ? Code::IoError : m_code, {},
+                "operation " + std::to_string(m_operations));
 }
 
 std::unique_ptr<DiskFile> FaultyDisk::open(const fs::path &path, Mode mode)
 {
-    check(mode == Mode::Read ? Operation::Read : mode == Mode::CreateNew ? Operation::Write : Operation::Other);
+    check(mode == Mode::Read        ? Operation::Read
+          : mode == Mode::CreateNew ? Operation::Write
+                                    : Operation::Other);
     return std::make_unique<FaultyFile>(*this, m_disk.open(path, mode));
 }
 

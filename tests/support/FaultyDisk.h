@@ -1,7 +1,7 @@
 #pragma once
-// Another disk, of which the n-th operation fails: once, or from then on. Every open, read, write, truncate, sync, removal, renaming
-// and folder sync counts; a failing write has written a part. It hides the map, so that
-// reads can fail too.
+// Another disk, of which the n-th operation fails: once, or from then on. Every open, read, write, truncate,
+// sync, removal, renaming and folder sync counts; a failing write has written a part. It hides the map, so
+// that reads can fail too.
 
 #include "platform/jet/Disk.h"
 #include "platform/jet/Error.h"
@@ -14,7 +14,8 @@ public:
     enum class Fault { Once, FromThenOn };
     explicit FaultyDisk(Disk &disk) : m_disk(disk) {}
 
-    // n counts from 1, from now. code: what writing throws (DiskFull: only what needs space fails); reading throws IoError.
+    // n counts from 1, from now. code: what writing throws (DiskFull: only what needs space fails); reading
+    // throws IoError.
     void failAt(int n, Fault fault, Code code = Code::WriteError);
     void heal() { m_failAt = 0; }
     int operations() const { return m_operations; } // since the last failAt()
@@ -23,7 +24,10 @@ public:
     std::unique_ptr<DiskFile> open(const std::filesystem::path &path, Mode mode) override;
     bool exists(const std::filesystem::path &path) override { return m_disk.exists(path); }
     bool isFile(const std::filesystem::path &path) override { return m_disk.isFile(path); }
-    std::optional<FileIdentity> identityOf(const std::filesystem::path &path) override { return m_disk.identityOf(path); }
+    std::optional<FileIdentity> identityOf(const std::filesystem::path &path) override
+    {
+        return m_disk.identityOf(path);
+    }
     std::filesystem::path resolve(const std::filesystem::path &path) override { return m_disk.resolve(path); }
     void remove(const std::filesystem::path &path) override;
     void rename(const std::filesystem::path &from, const std::filesystem::path &to) override;

@@ -29,7 +29,9 @@ namespace {
 class MemoryFile final : public DiskFile
 {
 public:
-    MemoryFile(std::shared_ptr<MemoryDisk::Node> node, bool writable) : m_node(std::move(node)), m_writable(writable) {}
+    MemoryFile(std::shared_ptr<MemoryDisk::Node> node, bool writable)
+        : m_node(std::move(node)), m_writable(writable)
+    {}
     ~MemoryFile() override
     {
         std::erase_if(m_node->locks, [this](const auto &lock) { return lock.owner == this; });
@@ -69,8 +71,8 @@ public:
     {
         auto &locks = m_node->locks;
         const bool blocked = std::any_of(locks.begin(), locks.end(), [&](const auto &lock) {
-            return lock.owner != this && lock.byte == byte && kind != LockKind::None
-                   && (kind == LockKind::Exclusive || lock.kind == LockKind::Exclusive);
+            return lock.owner != this && lock.byte == byte && kind != LockKind::None &&
+                   (kind == LockKind::Exclusive || lock.kind == LockKind::Exclusive);
         });
         if (blocked)
             return false;

@@ -1,5 +1,6 @@
 #pragma once
-// A disk in memory: fast, looked into and changed by tests at will. It maps nothing, so everything goes through read().
+// A disk in memory: fast, looked into and changed by tests at will. It maps nothing, so everything goes
+// through read().
 
 #include "platform/jet/Disk.h"
 

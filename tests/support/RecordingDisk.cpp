@@ -17,8 +17,7 @@ class RecordingFile final : public DiskFile
 public:
     RecordingFile(RecordingDisk &disk, std::unique_ptr<DiskFile> file)
         : m_disk(disk), m_file(std::move(file)), m_number(m_file->identity().number)
-    {
-    }
+    {}
 
     std::uint64_t size() override { return m_file->size(); }
     void read(std::uint64_t offset, std::span<std::byte> into) override { m_file->read(offset, into); }
@@ -108,7 +107,8 @@ RecordingDisk::RecordingDisk(MemoryDisk &base) : m_disk(base)
     }
 }
 
-std::unique_ptr<MemoryDisk> RecordingDisk::afterPowerLoss(std::size_t done, const Loss &loss, std::mt19937 &random) const
+std::unique_ptr<MemoryDisk> RecordingDisk::afterPowerLoss(std::size_t done, const Loss &loss,
+                                                          std::mt19937 &random) const
 {
     auto names = m_firstNames;
     auto content = m_firstContent;
