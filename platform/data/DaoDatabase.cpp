@@ -141,7 +141,7 @@ FieldDef fieldDef(const jet::Column &column)
     field.Size = column.type == jet::ColumnType::Text ? column.length / 2 : column.length;
     field.Attributes = column.autoNumber ? dbAutoIncrField : 0;
     field.Required = column.required;
-    field.AllowZeroLength = column.allowZeroLength;
+    field.AllowZeroLength = (field.Type == dbText || field.Type == dbMemo) && column.allowZeroLength;
     return field;
 }
 

@@ -163,12 +163,12 @@ TEST_F(AdoTest, WritesOnlyWhatWasSetAndKeepsWhatIsRefused)
     openLogs(theirs);
     theirs.SetField(u"Rate"_s, Value(u"75"_s));
     theirs.Update();
-    records.SetField(u"Duration"_s, Value(u".4"_s));
+    records.SetField(u"Duration"_s, Value(u".5"_s));
     records.SetField(u"Client"_s, Value(u"Able, Ann"_s));
     EXPECT_TRUE(records.EditPending());
-    EXPECT_EQ(records.Fields(u"Duration"_s), Value(u".4"_s)); // as it was set, until it is written
+    EXPECT_EQ(records.Fields(u"Duration"_s), Value(u".5"_s)); // as it was set, until it is written
     records.Update();
-    EXPECT_EQ(records.Fields(u"Duration"_s), Value(0.4f));
+    EXPECT_EQ(records.Fields(u"Duration"_s), Value(0.5f));
     EXPECT_EQ(records.Fields(u"Rate"_s), Value(u"75"_s)); // theirs still stands
 
     records.SetField(u"Client"_s, Value(u"Baker, Bea"_s));
@@ -184,7 +184,7 @@ TEST_F(AdoTest, WritesOnlyWhatWasSetAndKeepsWhatIsRefused)
     records.SetField(u"Client"_s, Value(u"x"_s));
     records.CancelUpdate();
     EXPECT_EQ(client(records), u"Client 2"_s);
-    EXPECT_EQ(exported(u"Vardelins"_s).value(0).section(u',', 1), u"Baker, Bea,80,,03/16/23 00:00:00,0.4,"_s);
+    EXPECT_EQ(exported(u"Vardelins"_s).value(0).section(u',', 1), u"Baker, Bea,80,,03/16/23 00:00:00,0.5,"_s);
     expectSound();
 }
 

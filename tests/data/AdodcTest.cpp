@@ -100,7 +100,7 @@ TEST_F(AdodcTest, CommitsWhatWasTypedWhenTheRecordIsLeft)
 {
     addLogs(1, 1);
     control.Refresh();
-    add(u"Rates"_s, {{u"Rates"_s, Value(1)}}); // the file changes meanwhile, elsewhere
+    add(u"Rates"_s, {{u"Rates"_s, Value(u"50"_s)}}); // the file changes meanwhile, elsewhere
     field[u"Rate"_s] = u"150"_s;
     field[u"Duration"_s] = u".4"_s;
     field[u"Fee"_s] = u"$1,060.5"_s;
@@ -114,7 +114,8 @@ TEST_F(AdodcTest, CommitsWhatWasTypedWhenTheRecordIsLeft)
     EXPECT_EQ(field[u"Duration"_s], u"0.4"_s);
     EXPECT_EQ(field[u"Fee"_s], u"1060.5"_s);
     EXPECT_EQ(field[u"Beginning Time"_s], u"10/16/2026 9:54:00 PM"_s);
-    EXPECT_EQ(exported(u"Vardelins"_s), QStringList{u"1,Client 1,150,,10/16/26 21:54:00,0.4,1060.5000"_s});
+    EXPECT_EQ(exported(u"Vardelins"_s),
+              QStringList{u"1,Client 1,150,,10/16/26 21:54:00,0.40000001,1060.5000"_s});
     field[u"Beginning Time"_s].clear(); // a date that is taken away
     field[u"Client"_s].clear();
     EXPECT_TRUE(control.commitEdits());

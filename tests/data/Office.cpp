@@ -4,6 +4,11 @@
 #include <QProcess>
 #include <iostream>
 
+void PrintTo(const QString &text, std::ostream *out)
+{
+    *out << '"' << text.toStdString() << '"';
+}
+
 namespace vardelin {
 
 using namespace Qt::StringLiterals;

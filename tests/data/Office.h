@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <gtest/gtest.h>
 
+void PrintTo(const QString &text, std::ostream *out);
+
 namespace vardelin {
 
 void PrintTo(const Value &value, std::ostream *out);
