@@ -143,7 +143,7 @@ jet::Cell toCell(const Value &value, const jet::Column &column)
 QString toQString(std::u16string_view text)
 {
     // Not fromUtf16: it takes a byte order mark off.
-    return {reinterpret_cast<const QChar *>(text.data()), static_cast<qsizetype>(text.size())};
+    return QString(reinterpret_cast<const QChar *>(text.data()), static_cast<qsizetype>(text.size()));
 }
 
 std::u16string toU16(QStringView text)
