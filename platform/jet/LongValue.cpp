@@ -93,9 +93,29 @@ std::span<const std::byte> readLongValue(Pager &pager, std::span<const std::byte
     return store;
 }
 
+std::vector<RowId> longValuePieces(Pager &pager, std::span<const std::byte> raw, RowPlace place)
+{
+    const Header header = parse(raw, place);
+    if (header.kind == kInline)
+        return {};
+    if (header.kind == kSingle) {
+        piece(pager, header.first);
+        return {header.first};
+    }
+    std::vector<RowId> pieces;
+    walkChain(pager, header, place,
+              [&](RowId id, std::span<const std::byte>) { pieces.push_back(id); });
+    return pieces;
+}
+
 bool isInline(std::span<const std::byte> header)
 {
     return header.size() >= kLongValueHeader && (load<std::uint32_t>(header.data()) & kKindMask) == kInline;
+}
+
+bool isChained(std::span<const std::byte> header)
+{
+    return header.size() >= kLongValueHeader && (load<std::uint32_t>(header.data()) & kKindMask) == 0;
 }
 
 Bytes inlineLongValue(std::span<const std::byte> data)
@@ -170,18 +190,7 @@ RowId LongValuePages::writeChain(std::span<const std::byte> data)
 
 void LongValuePages::release(std::span<const std::byte> raw, RowPlace place)
 {
-    const Header header = parse(raw, place);
-    if (header.kind == kInline)
-        return;
-    std::vector<RowId> pieces;
-    if (header.kind == kSingle) {
-        piece(m_pager, header.first);
-        pieces.push_back(header.first);
-    } else {
-        walkChain(m_pager, header, place,
-                  [&](RowId id, std::span<const std::byte>) { pieces.push_back(id); });
-    }
-    for (const RowId id : pieces)
+    for (const RowId id : longValuePieces(m_pager, raw, place))
         erasePiece(id);
 }
 

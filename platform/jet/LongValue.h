@@ -27,7 +27,10 @@ inline constexpr std::size_t kLongestLongValue = 0x3FFFFFFF;
 // The data of a value: where it lies if that is one piece, else gathered into `store`.
 std::span<const std::byte> readLongValue(Pager &pager, std::span<const std::byte> header, RowPlace place,
                                          Bytes &store);
+// The rows that hold the data, in order; none for an inline value.
+std::vector<RowId> longValuePieces(Pager &pager, std::span<const std::byte> header, RowPlace place);
 bool isInline(std::span<const std::byte> header);
+bool isChained(std::span<const std::byte> header);
 Bytes inlineLongValue(std::span<const std::byte> data);
 
 // A page is listed as having room from this number of free bytes on.

@@ -161,6 +161,18 @@ PageNo UsageMap::reach() const
     return 0;
 }
 
+std::vector<PageNo> UsageMap::bitmapPages() const
+{
+    std::vector<PageNo> pages;
+    if (absent() || !isReference(row()))
+        return pages;
+    for (std::size_t i = 0; i < kMapSlots; ++i) {
+        if (bitmap(row(), i))
+            pages.push_back(load<PageNo>(row().data() + 1 + 4 * i));
+    }
+    return pages;
+}
+
 std::byte *UsageMap::changeRow()
 {
     const std::ptrdiff_t offset = row().data() - m_pager.page(m_row.page);

@@ -39,7 +39,8 @@ public:
     next(PageNo from) const; // the lowest page of the set that isn't below `from`; kNoPage if there is none
     PageNo previous(PageNo from) const; // the highest that isn't above `from`
     PageNo last() const { return previous(kNoPage - 1); }
-    PageNo reach() const; // the page behind the last one that a bit stands for
+    PageNo reach() const;                    // the page behind the last one that a bit stands for
+    std::vector<PageNo> bitmapPages() const; // of a map by reference: the pages that hold its bits
 
     void add(PageNo page, Allocation &allocation);
     void remove(PageNo page);
