@@ -2,6 +2,7 @@
 
 #include <QByteArrayView>
 #include <QUuid>
+#include <span>
 
 namespace vardelin {
 
