@@ -119,6 +119,7 @@ void frmEntryWithFrames::makeToolbars()
         auto *bar = named(new QToolBar(frame), u"Toolbar%1"_s.arg(number));
         const int side = style()->pixelMetric(QStyle::PM_SmallIconSize);
         bar->setIconSize(QSize(side, side));
+        bar->layout()->setContentsMargins(0, 0, 0, 0); // no taller than the field beside it
         return bar;
     };
     const auto opens = [this](QToolBar *bar, const QString &key, const QString &toolTip,
@@ -161,7 +162,7 @@ void frmEntryWithFrames::layOut()
 {
     const auto fill = [](QGroupBox *frame, QWidget *field, QToolBar *tools) {
         auto *row = new QHBoxLayout(frame);
-        row->setContentsMargins(8, 4, tools ? 4 : 8, 8);
+        row->setContentsMargins(6, 3, 6, 6);
         row->setSpacing(4);
         row->addWidget(field, 1);
         if (tools)
@@ -184,10 +185,13 @@ void frmEntryWithFrames::layOut()
     m_grid = new QGridLayout(content);
     m_grid->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
     m_grid->setSpacing(kMargin);
+    m_grid->setColumnStretch(0, 1);
+    m_grid->setColumnStretch(1, 1);
     m_body->setWidget(content);
     arrangeFrames();
 
-    Label1->setMargin(4);
+    Label1->setMargin(3);
+    Label1->setIndent(kMargin - 3);
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(0);
@@ -196,39 +200,40 @@ void frmEntryWithFrames::layOut()
     column->addWidget(Label1);
 }
 
-// The frames in their order from the top: the first four in pairs where the window is wide enough, else each
-// on its own row; the pickers always beside each other; the notes get what height is left.
+// The frames in their order from the top: in pairs where the window is wide enough for it, else each on its
+// own row; the notes get what height is left.
 void frmEntryWithFrames::arrangeFrames()
 {
-    int half = 0;
-    for (const QGroupBox *frame : {Frame1, Frame2, Frame3, Frame4})
-        half = std::max(half, frame->minimumSizeHint().width());
-    const int columns = m_body->width() >= 2 * half + 3 * kMargin ? 2 : 1;
-    if (columns == m_columns)
-        return;
-    m_columns = columns;
-    int row = 0;
-    const auto stretch = [this](int line, int factor) { m_grid->setRowStretch(line, factor); };
-    for (int line = 0; line < m_grid->rowCount(); ++line)
-        stretch(line, 0);
-    const auto pair = [&](QWidget *left, QWidget *right) {
-        m_grid->addWidget(left, row, 0);
-        m_grid->addWidget(right, row++, 1);
+    const auto fits = [this](std::initializer_list<QWidget *> frames) {
+        int half = 0;
+        for (const QWidget *frame : frames)
+            half = std::max(half, frame->minimumSizeHint().width());
+        return m_body->width() >= 2 * half + 3 * kMargin;
     };
+    const std::pair arrangement{fits({Frame1, Frame2, Frame3, Frame4}), fits({Frame7, Frame8})};
+    if (arrangement == m_paired)
+        return;
+    m_paired = arrangement;
+    const auto [fields, pickers] = arrangement;
+    for (int line = 0; line < m_grid->rowCount(); ++line)
+        m_grid->setRowStretch(line, 0);
+    int row = 0;
     const auto whole = [&](QWidget *frame) { m_grid->addWidget(frame, row++, 0, 1, 2); };
-    if (columns == 2) {
-        pair(Frame1, Frame2);
-        pair(Frame3, Frame4);
-    } else {
-        for (QWidget *frame : {Frame1, Frame2, Frame3, Frame4})
-            whole(frame);
-    }
+    const auto place = [&](QWidget *first, QWidget *second, bool paired) {
+        if (!paired) {
+            whole(first);
+            whole(second);
+            return;
+        }
+        m_grid->addWidget(first, row, 0);
+        m_grid->addWidget(second, row++, 1);
+    };
+    place(Frame1, Frame2, fields);
+    place(Frame3, Frame4, fields);
     whole(Frame5);
-    stretch(row, 1);
+    m_grid->setRowStretch(row, 1);
     whole(Frame6);
-    pair(Frame7, Frame8);
-    m_grid->setColumnStretch(0, 1);
-    m_grid->setColumnStretch(1, 1);
+    place(Frame7, Frame8, pickers);
 }
 
 // Fields first, so that typing through a log takes no step aside; then the buttons, which no menu replaces.

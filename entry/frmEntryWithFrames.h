@@ -12,6 +12,8 @@
 #include <QLineEdit>
 #include <QTimer>
 #include <QToolBar>
+#include <optional>
+#include <utility>
 
 class QGridLayout;
 class QScrollArea;
@@ -126,7 +128,7 @@ private:
     QTimer *Timer1;
     QScrollArea *m_body = nullptr;
     QGridLayout *m_grid = nullptr;
-    int m_columns = 0;
+    std::optional<std::pair<bool, bool>> m_paired; // fields and pickers, as they stand
 };
 
 } // namespace vardelin

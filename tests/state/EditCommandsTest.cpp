@@ -46,6 +46,7 @@ struct EditCommandsTest : testing::Test
     EditCommandsTest()
     {
         frame.setCentralWidget(window);
+        frame.menuBar(); // made ahead of show(), else it stays hidden and its keys are dead
         frame.show();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&frame));
         QApplication::clipboard()->setText(u"from elsewhere"_s);
