@@ -3,6 +3,7 @@
 // is active.
 
 #include <QAction>
+#include <QPointer>
 #include <QWidget>
 
 namespace vardelin {
@@ -33,6 +34,9 @@ public:
 protected:
     QList<QAction *> m_barActions;
     class QMenu *m_windowMenu = nullptr;
+
+private:
+    QPointer<QWidget> m_lastFocus;
 };
 
 } // namespace vardelin

@@ -74,11 +74,13 @@ public:
 
 protected:
     void focusInEvent(QFocusEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override; // only with the focus
 
 private:
     void followFocus(QWidget *now);
     bool m_focused = false;
+    bool m_wentOn = false; // to the next section by itself, with the last digit
 };
 
 // Calls `entered` when the mouse comes over a widget or one of its children that isn't watched itself: the

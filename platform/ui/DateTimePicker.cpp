@@ -2,9 +2,11 @@
 #include "platform/ui/Controls.h"
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QMenuBar>
 #include <QSignalBlocker>
 #include <QWheelEvent>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -50,6 +52,19 @@ void DateTimePicker::focusInEvent(QFocusEvent *event)
 {
     m_focused = true;
     QDateTimeEdit::focusInEvent(event);
+}
+
+// A section that can take no more digits passes the caret on by itself. A separator typed then, as people do,
+// means the place where the caret is already.
+void DateTimePicker::keyPressEvent(QKeyEvent *event)
+{
+    const QString typed = event->text();
+    const bool separator = typed == "/"_L1 || typed == ":"_L1 || typed == " "_L1;
+    if (separator && std::exchange(m_wentOn, false))
+        return;
+    const int section = currentSectionIndex();
+    QDateTimeEdit::keyPressEvent(event);
+    m_wentOn = !typed.isEmpty() && typed[0].isDigit() && currentSectionIndex() != section;
 }
 
 void DateTimePicker::wheelEvent(QWheelEvent *event)

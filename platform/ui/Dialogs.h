@@ -25,13 +25,13 @@ struct MsgBox
 // The common dialog's properties: set before, changed by an OK.
 struct CommonDialog
 {
-    QString DialogTitle;
-    QString FileName;
-    QString Filter; // "Access files (*.mdb)|*.mdb|All files (*.*)|*.*"
-    QString DefaultExt;
-    QString InitDir;
-    QString FontName;
-    QString FontSize;         // text, as settings hold it
+    QString DialogTitle = {};
+    QString FileName = {};
+    QString Filter = {}; // "Access files (*.mdb)|*.mdb|All files (*.*)|*.*"
+    QString DefaultExt = {};
+    QString InitDir = {};
+    QString FontName = {};
+    QString FontSize = {};    // text, as settings hold it
     bool CancelError = false; // Cancel then throws RunTimeError 32755
     bool overwritePrompt = false;
     bool fileMustExist = false;

@@ -27,7 +27,7 @@ public:
         switch (event->type()) {
         case QEvent::Enter:
         case QEvent::MouseMove:
-            over(isOurs(object));
+            moved(static_cast<QWidget *>(object), static_cast<QSinglePointEvent *>(event)->position());
             break;
         case QEvent::Leave:
             if (object == m_widget)
@@ -60,8 +60,13 @@ private:
         return object == m_widget;
     }
 
-    void over(bool ours)
+    // What the pointer is over counts, and not who got the event: a widget that doesn't want a move hands it
+    // to its parent, and whoever is entered, so are those around it.
+    void moved(const QWidget *receiver, QPointF position)
     {
+        const QPoint at = receiver->mapTo(m_widget, position).toPoint();
+        const QWidget *under = m_widget->childAt(at);
+        const bool ours = m_widget->rect().contains(at) && isOurs(under ? under : m_widget);
         const bool comes = ours && !m_inside;
         m_inside = ours;
         if (comes)
