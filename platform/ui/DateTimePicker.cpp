@@ -62,6 +62,13 @@ void DateTimePicker::keyPressEvent(QKeyEvent *event)
     const bool separator = typed == "/"_L1 || typed == ":"_L1 || typed == " "_L1;
     if (separator && std::exchange(m_wentOn, false))
         return;
+    const QString letter = typed.toLower();
+    if (currentSection() == AmPmSection && (letter == "a"_L1 || letter == "p"_L1)) {
+        const QTime now = time(); // one letter says it; Qt waits for both
+        setTime(QTime(now.hour() % 12 + (letter == "p"_L1 ? 12 : 0), now.minute(), now.second()));
+        setSelectedSection(AmPmSection);
+        return;
+    }
     const int section = currentSectionIndex();
     QDateTimeEdit::keyPressEvent(event);
     m_wentOn = !typed.isEmpty() && typed[0].isDigit() && currentSectionIndex() != section;
