@@ -1,0 +1,45 @@
+#pragma once
+// Runs programs over rows.
+
+#include "platform/jet/Types.h"
+#include "platform/sql/Program.h"
+
+#include <span>
+
+namespace vardelin::sql {
+
+// Where a program's columns come from: a row of the file, a group, a row in memory.
+class Row
+{
+public:
+    virtual ~Row() = default;
+    virtual Value value(std::size_t column) const = 0;
+    virtual bool isNull(std::size_t column) const { return value(column).isNull(); }
+    // The column's text as it lies in the file, so that it needn't be decoded to be searched; nullopt where
+    // it isn't to be had. `store` may hold the bytes. The column isn't Null.
+    virtual std::optional<std::span<const std::byte>> storedText(std::size_t column, jet::Bytes &store) const;
+    virtual Value groupResult(std::size_t index) const;
+};
+
+class Evaluator
+{
+public:
+    explicit Evaluator(const Clock &clock) : m_clock(&clock) {}
+    Value evaluate(const Program &program, const Row &row); // throws RunTimeError
+
+private:
+    Value pop();
+    void run(const Instruction &step, const Program &program, const Row &row);
+    void between(bool negated);
+    void in(const Instruction &step);
+    void like(bool negated);
+    Value likeColumn(const Instruction &step, const Program &program, const Row &row);
+    Value likeAnyColumn(const Instruction &step, const Program &program, const Row &row);
+    void call(const Instruction &step, const Program &program);
+
+    const Clock *m_clock;
+    std::vector<Value> m_stack;
+    jet::Bytes m_store;
+};
+
+} // namespace vardelin::sql

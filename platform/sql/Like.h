@@ -1,0 +1,60 @@
+#pragma once
+// Patterns of the Like operator: % any text, _ any character, [abc] and [a-z] one of these, [!abc] none of
+// these. Letters match without regard to case.
+
+#include <QString>
+#include <array>
+#include <cstddef>
+#include <span>
+#include <variant>
+#include <vector>
+
+namespace vardelin::sql {
+
+// Each character in the form in which Like compares it.
+QString folded(QStringView text);
+
+class LikePattern
+{
+public:
+    explicit LikePattern(
+        QStringView pattern); // RunTimeError 93 where a bracket isn't closed or a range runs backward
+    bool matches(QStringView text) const;
+    // The same for a text as it lies in the file. A pattern that asks for a plain text somewhere searches the
+    // bytes themselves.
+    bool matchesStored(std::span<const std::byte> stored) const;
+    bool isPlain() const
+    {
+        return m_shape == Shape::Plain;
+    } // no special characters: all of the text must be alike
+
+private:
+    enum class Shape { Plain, Anything, Contains, General };
+    enum class Kind : std::uint8_t { Character, AnyCharacter, AnyText, OneOf };
+    struct Range
+    {
+        char16_t first, last;
+    };
+    struct Element
+    {
+        Kind kind = Kind::Character;
+        char16_t character = 0; // folded
+        bool negated = false;
+        std::vector<Range> ranges; // of OneOf, folded
+    };
+
+    qsizetype readBrackets(QStringView pattern, qsizetype at);
+    void findShape();
+    bool matchesOne(const Element &element, char16_t c) const;
+    bool matchesGeneral(QStringView text) const;
+    template <class Unit>
+    bool contains(std::span<const Unit> text) const;
+
+    std::vector<Element> m_elements;
+    Shape m_shape = Shape::General;
+    std::u16string m_needle; // Plain, Contains: folded
+    std::array<std::size_t, 256>
+        m_shift{}; // Contains: how far the search may go on, by the low byte of the folded character
+};
+
+} // namespace vardelin::sql
