@@ -1,0 +1,197 @@
+// Thousands of operations, played alike on a file and on plain rows in memory.
+
+#include "tests/jet/RowFixtures.h"
+
+#include <map>
+#include <random>
+#include <set>
+
+namespace vardelin::jet::test {
+namespace {
+
+class Play
+{
+public:
+    explicit Play(const std::filesystem::path &path, unsigned seed) : m_path(path), m_random(seed)
+    {
+        m_file = File::create(path);
+        m_file->createTable(
+            {u"Played",
+             {autoNumberColumn(u"Id"), textColumn(u"Name", 100), plainColumn(u"Note", ColumnType::Memo),
+              plainColumn(u"Flag", ColumnType::Boolean), plainColumn(u"Amount", ColumnType::Currency),
+              plainColumn(u"Raw", ColumnType::Ole), plainColumn(u"When", ColumnType::DateTime)},
+             {{u"PrimaryKey", {{u"Id", false}}, true},
+              {u"ByName", {{u"Name", true}, {u"Id", false}}},
+              {u"ByAmount", {{u"Amount", false}}, false, false, false, true}}});
+    }
+
+    void round(int operations)
+    {
+        Scope scope(*m_file);
+        Table &table = m_file->table(u"Played");
+        for (int i = 0; i < operations; ++i)
+            step(table);
+        if (below(8) == 0) // the whole round is undone
+            return;
+        scope.commit();
+        m_committed = m_rows;
+    }
+
+    void compare()
+    {
+        m_rows = m_committed;
+        if (below(2) == 0) {
+            m_file.reset();
+            m_file = File::open(m_path);
+        }
+        const Table &table = m_file->table(u"Played");
+        std::vector<Row> wanted;
+        for (const auto &[id, row] : m_rows)
+            wanted.push_back(row);
+        ASSERT_EQ(rowsOf(table), wanted);
+        ASSERT_EQ(table.rowCount(), wanted.size());
+        for (const LogicalIndex &index : table.indexes()) {
+            const auto order = table.inOrder(index);
+            const std::set<RowId> met(order.begin(), order.end());
+            const bool partial = table.physicalIndex(index).ignoreNulls;
+            ASSERT_EQ(met.size(), order.size());
+            ASSERT_TRUE(partial ? met.size() <= wanted.size() : met.size() == wanted.size());
+        }
+        for (int i = 0; i < 20 && !m_rows.empty(); ++i) {
+            const auto &[id, row] = *std::next(m_rows.begin(), below(static_cast<int>(m_rows.size())));
+            const Cell key[] = {row[0]};
+            ASSERT_EQ(table.find(indexNamed(table, u"PrimaryKey"), key), std::vector<RowId>{id});
+        }
+        expectSound(m_path, "random operations");
+    }
+
+    // Another reader may list moved rows elsewhere, so the rows are compared in sorted order.
+    void compareExport()
+    {
+        const judge::Said said =
+            judge::run("mdb-export -H -Q -d '\x1f' -R '\x1e' " + judge::quoted(m_path.string()) + " Played");
+        std::multiset<std::string> theirs, ours;
+        std::istringstream in(said.text);
+        for (std::string line; std::getline(in, line, '\x1e');)
+            theirs.insert(line.substr(0, endOfThirdField(line)));
+        for (const auto &[id, row] : m_rows)
+            ours.insert(exported(row[0]) + "\x1f" + exported(row[1]) + "\x1f" + exported(row[2]));
+        EXPECT_EQ(theirs, ours);
+    }
+
+    std::size_t size() const { return m_rows.size(); }
+
+private:
+    int below(int limit) { return static_cast<int>(m_random() % static_cast<unsigned>(limit)); }
+
+    static const LogicalIndex &indexNamed(const Table &table, std::u16string_view name)
+    {
+        return *std::find_if(table.indexes().begin(), table.indexes().end(),
+                             [&](const LogicalIndex &index) { return index.name == name; });
+    }
+
+    static std::size_t endOfThirdField(const std::string &line)
+    {
+        std::size_t at = 0;
+        for (int i = 0; i < 3 && at != line.npos; ++i)
+            at = line.find('\x1f', i == 0 ? 0 : at + 1);
+        return at;
+    }
+
+    static std::string exported(const Cell &cell)
+    {
+        if (const auto *number = std::get_if<std::int32_t>(&cell))
+            return std::to_string(*number);
+        const auto *text = std::get_if<std::u16string>(&cell);
+        return text ? toUtf8(*text) : std::string();
+    }
+
+    Cell randomText(std::size_t most)
+    {
+        static constexpr std::u16string_view letters = u"abcXYZ '-.,0189éüßŽЖ漢";
+        if (below(8) == 0)
+            return {};
+        const std::size_t alphabet = below(3) == 0 ? letters.size() : 14;
+        std::u16string text(static_cast<std::size_t>(below(static_cast<int>(most))), u' ');
+        for (char16_t &c : text)
+            c = letters[static_cast<std::size_t>(below(static_cast<int>(alphabet)))];
+        return text;
+    }
+
+    Cell randomNote()
+    {
+        constexpr std::size_t sizes[] = {3, 40, 300, 2100, 9000};
+        return randomText(sizes[static_cast<std::size_t>(below(20) == 0 ? 4 : below(4))]);
+    }
+
+    Cell randomCell(std::size_t column)
+    {
+        switch (column) {
+        case 1:
+            return randomText(101);
+        case 2:
+            return randomNote();
+        case 3:
+            return below(2) == 0;
+        case 4:
+            return below(5) == 0 ? Cell() : Cell(Currency{below(200) * 10000 - 500000});
+        case 5:
+            return below(2) == 0 ? Cell() : Cell(Bytes(static_cast<std::size_t>(below(200)), std::byte{7}));
+        default:
+            return below(5) == 0 ? Cell() : Cell(DateTime{40000 + below(5000) / 16.0});
+        }
+    }
+
+    void step(Table &table)
+    {
+        const int what = below(10);
+        if (m_rows.empty() || what < (m_rows.size() < 400 ? 6 : 3)) {
+            Row row{{}};
+            std::vector<ColumnValue> values;
+            for (std::size_t i = 1; i < 7; ++i) {
+                row.push_back(randomCell(i));
+                values.emplace_back(i, row.back());
+            }
+            const RowId id = table.insert(values);
+            row[0] = table.lastAutoNumber();
+            ASSERT_TRUE(m_rows.empty() || m_rows.rbegin()->first < id) << "rows come in order of adding";
+            m_rows[id] = std::move(row);
+            return;
+        }
+        const auto at = std::next(m_rows.begin(), below(static_cast<int>(m_rows.size())));
+        if (what < 8) {
+            std::vector<ColumnValue> values;
+            for (std::size_t i = 1; i < 7; ++i) {
+                if (below(3) == 0)
+                    values.emplace_back(i, at->second[i] = randomCell(i));
+            }
+            table.update(at->first, values);
+        } else {
+            table.erase(at->first);
+            m_rows.erase(at);
+        }
+    }
+
+    std::filesystem::path m_path;
+    std::mt19937 m_random;
+    std::unique_ptr<File> m_file;
+    std::map<RowId, Row> m_rows, m_committed; // by place, which is the table's order
+};
+
+TEST(RandomRows, AgreeWithPlainRowsInMemory)
+{
+    for (const unsigned seed : {1U, 2U}) {
+        const TemporaryFolder folder;
+        Play play(folder / "played.mdb", seed);
+        for (int round = 0; round < 12; ++round) {
+            play.round(250);
+            play.compare();
+            ASSERT_FALSE(testing::Test::HasFatalFailure()) << "seed " << seed << " round " << round;
+        }
+        EXPECT_GT(play.size(), 100U);
+        play.compareExport();
+    }
+}
+
+} // namespace
+} // namespace vardelin::jet::test
