@@ -15,35 +15,43 @@ bool bitOf(Bits bits, PageNo index)
     return (std::to_integer<unsigned>(bits[index / 8]) >> (index % 8) & 1) != 0;
 }
 
+std::uint8_t byteOf(Bits bits, std::size_t index)
+{
+    return std::to_integer<std::uint8_t>(bits[index]);
+}
+
 // The first set bit that isn't below `from`, or kNoPage.
 PageNo nextBit(Bits bits, PageNo from)
 {
-    const PageNo count = static_cast<PageNo>(bits.size() * 8);
-    for (PageNo i = from; i < count;) {
-        if (i % 8 == 0 && i + 64 <= count && load<std::uint64_t>(bits.data() + i / 8) == 0) {
-            i += 64;
-            continue;
-        }
-        if (bitOf(bits, i))
-            return i;
-        ++i;
+    std::size_t at = from / 8;
+    if (at >= bits.size())
+        return kNoPage;
+    unsigned byte = byteOf(bits, at) & (0xFFU << (from % 8));
+    while (byte == 0) {
+        for (++at; at + 8 <= bits.size() && load<std::uint64_t>(bits.data() + at) == 0;)
+            at += 8;
+        if (at >= bits.size())
+            return kNoPage;
+        byte = byteOf(bits, at);
     }
-    return kNoPage;
+    return static_cast<PageNo>(at * 8) + static_cast<PageNo>(std::countr_zero(byte));
 }
 
+// The last set bit that isn't above `from`, or kNoPage.
 PageNo previousBit(Bits bits, PageNo from)
 {
-    const PageNo count = static_cast<PageNo>(bits.size() * 8);
-    for (PageNo i = std::min(from, count - 1) + 1; i > 0;) {
-        if (i % 8 == 0 && i >= 64 && load<std::uint64_t>(bits.data() + i / 8 - 8) == 0) {
-            i -= 64;
-            continue;
-        }
-        if (bitOf(bits, i - 1))
-            return i - 1;
-        --i;
+    std::size_t at = std::min<std::size_t>(from / 8, bits.size() - 1);
+    unsigned byte = byteOf(bits, at);
+    if (at == from / 8)
+        byte &= 0xFFU >> (7 - from % 8);
+    while (byte == 0) {
+        for (; at >= 8 && load<std::uint64_t>(bits.data() + at - 8) == 0;)
+            at -= 8;
+        if (at == 0)
+            return kNoPage;
+        byte = byteOf(bits, --at);
     }
-    return kNoPage;
+    return static_cast<PageNo>(at * 8) + static_cast<PageNo>(std::bit_width(byte)) - 1;
 }
 
 bool isReference(std::span<const std::byte> row)
