@@ -172,5 +172,32 @@ TEST(CreatedFile, OtherFormatsAreRefusedByName)
     EXPECT_EQ(codeOf([&] { File::open(path); }), Code::NewerFormat);
 }
 
+// An index on text of another locale: its table reads, and isn't written to.
+TEST(CreatedFile, UnknownTextOrderIsReadAlone)
+{
+    const TemporaryFolder folder;
+    const auto path = folder / "file.mdb";
+    {
+        const auto file = File::create(path);
+        file->createTable({u"T", {textColumn(u"A", 10)}, {{u"ByA", {{u"A", false}}}}});
+        file->createTable({u"Free", {textColumn(u"A", 10)}, {}});
+        insertRow(file->table(u"T"), {std::u16string(u"row")});
+    }
+    Bytes bytes = readFile(path);
+    std::byte *locale = bytes.data() + 16 * kPageSize + 63 + 12 + 11;
+    ASSERT_EQ(load<std::uint16_t>(locale), 0x0409);
+    store(locale, std::uint16_t{0x0407});
+    writeFile(path, bytes);
+    const auto file = File::open(path);
+    Table &table = file->table(u"T");
+    const RowId row = table.scan().id();
+    EXPECT_EQ(table.scan().view().text(0), u"row");
+    EXPECT_EQ(table.inOrder(table.indexes()[0]), std::vector<RowId>{row});
+    EXPECT_EQ(codeOf([&] { insertRow(table, {std::u16string(u"new")}); }), Code::UnknownTextOrder);
+    EXPECT_EQ(codeOf([&] { table.erase(row); }), Code::UnknownTextOrder);
+    EXPECT_EQ(readFile(path), bytes);
+    insertRow(file->table(u"Free"), {std::u16string(u"new")});
+}
+
 } // namespace
 } // namespace vardelin::jet::test
