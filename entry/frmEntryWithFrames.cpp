@@ -225,7 +225,7 @@ void frmEntryWithFrames::showActivities()
     placeActivities();
     List1->show();
     List1->raise();
-    List1->setFocus();
+    List1->setFocus(Qt::PopupFocusReason); // for any other reason a line edit drops its selection
 }
 
 void frmEntryWithFrames::hideActivities()

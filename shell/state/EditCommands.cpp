@@ -24,8 +24,14 @@ public:
     using QObject::QObject;
 
 protected:
-    bool eventFilter(QObject *, QEvent *event) override
+    bool eventFilter(QObject *field, QEvent *event) override
     {
+        if (event->type() == QEvent::FocusOut &&
+            static_cast<QFocusEvent *>(event)->reason() == Qt::MenuBarFocusReason) {
+            QFocusEvent asForPopup(QEvent::FocusOut, Qt::PopupFocusReason);
+            QCoreApplication::sendEvent(field, &asForPopup);
+            return true;
+        }
         if (event->type() != QEvent::ShortcutOverride)
             return false;
         const auto *key = static_cast<QKeyEvent *>(event);

@@ -23,7 +23,6 @@ struct EntryWindowTest : testing_support::EntryWindowsTest
     static QTimer *timer(const QWidget *window) { return window->findChild<QTimer *>(u"Timer1"_s); }
     static void hover(QWidget *over)
     {
-        QEvent enter(QEvent::Enter);
         QMouseEvent move(QEvent::MouseMove, QPointF(3, 3), over->mapToGlobal(QPointF(3, 3)), Qt::NoButton,
                          Qt::NoButton, Qt::NoModifier);
         QApplication::sendEvent(over, &move);
@@ -189,14 +188,13 @@ TEST_F(EntryWindowTest, TheKeyboardReachesEverything)
     QWidget *window = parent.open();
     combo(window, 1)->setFocus();
     QStringList order;
-    for (int i = 0; i < 30 && order.size() < 40; ++i) {
+    for (int i = 0; i < 60; ++i) {
         QWidget *focused = QApplication::focusWidget();
         while (focused && focused->objectName().isEmpty())
             focused = focused->parentWidget();
         const QString name = focused ? focused->objectName() : QString();
-        if (order.contains(name))
-            break;
-        order += name;
+        if (name != order.value(order.size() - 1)) // a picker has several sections
+            order += name;
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
     EXPECT_EQ(order.mid(0, 8).join(u' '),

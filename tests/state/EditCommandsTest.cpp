@@ -106,6 +106,17 @@ TEST_F(EditCommandsTest, WithoutASelectionOrATextField)
     EXPECT_TRUE(focused(window->picker)) << "a picker's text can be copied";
 }
 
+TEST_F(EditCommandsTest, TheSelectionOutlivesTheWayToTheMenu)
+{
+    window->line->setText(u"one"_s);
+    focused(window->line);
+    window->line->selectAll();
+    frame.menuBar()->setFocus(Qt::MenuBarFocusReason);
+    EXPECT_EQ(window->line->selectedText(), u"one"_s);
+    cutSelection(activeTextField(*window));
+    EXPECT_EQ(clipboard(), u"one"_s);
+}
+
 TEST_F(EditCommandsTest, LinesOfTheNotesGoToOtherProgramsAsTheirs)
 {
     window->notes->setText(u"first\r\nsecond"_s);
