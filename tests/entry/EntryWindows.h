@@ -5,6 +5,7 @@
 #include "platform/ui/Controls.h"
 #include "platform/ui/NotesEdit.h"
 #include "tests/support/Fakes.h"
+#include "tests/support/PrintQt.h"
 
 #include <QMainWindow>
 #include <QMdiArea>

@@ -1,6 +1,7 @@
 #include "entry/LogRecord.h"
 
 #include "platform/base/RunTimeError.h"
+#include "tests/support/PrintQt.h"
 
 #include <gtest/gtest.h>
 

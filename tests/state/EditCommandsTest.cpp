@@ -3,6 +3,7 @@
 #include "platform/ui/Controls.h"
 #include "platform/ui/NotesEdit.h"
 #include "shell/state/Windows.h"
+#include "tests/support/PrintQt.h"
 
 #include <QApplication>
 #include <QClipboard>

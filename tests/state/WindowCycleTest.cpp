@@ -1,5 +1,7 @@
 #include "shell/state/WindowCycle.h"
 
+#include "tests/support/PrintQt.h"
+
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
