@@ -6,6 +6,7 @@
 #include "contacts/frmProject.h"
 #include "contacts/frmRate.h"
 #include "shell/ChildWindows.h"
+#include "shell/frmAboutvarden.h"
 #include "shell/frmIntroduction.h"
 #include "shell/frmMain.h"
 #include "shell/frmTip.h"
@@ -38,6 +39,7 @@ void wire(Global &global, frmMain &parent)
     openers.frmActivity = modal<frmActivity>(global);
     openers.frmTip = modal<frmTip>(global);
     openers.frmIntroduction = modal<frmIntroduction>(global);
+    openers.frmAboutvarden = [&global] { frmAboutvarden(global.frmMain).exec(); };
     openers.NewEntryWindow = [&] { return NewEntryWindow(global, parent); };
     openers.NewDisplayWindow = [&] { return NewDisplayWindow(global, parent); };
     openers.makeEntryWindow = [&](int index) { return entryWindowAt(global, parent, index); };

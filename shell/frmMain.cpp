@@ -4,6 +4,7 @@
 #include "platform/ui/MenuTable.h"
 #include "shell/FormPosition.h"
 #include "shell/Preferences.h"
+#include "shell/frmSplash.h"
 #include "shell/state/Global.h"
 
 #include <QCloseEvent>
@@ -59,6 +60,7 @@ void frmMain::startUp()
 {
     const bool tipIsDue = loadPreferences(m_global);
     OpenLogDatabase(m_global);
+    (new frmSplash(this))->show(); // closes and deletes itself
     if (tipIsDue)
         m_global.openers.frmTip();
     if (m_global.NoClients || m_global.NoEmployees)
