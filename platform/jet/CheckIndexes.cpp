@@ -104,6 +104,8 @@ private:
     int walkLeaf(const IndexPageView &view, int depth)
     {
         m_leaves.push_back({view.number(), view.previous(), view.next()});
+        if (view.tail() != 0)
+            tree(view.number(), "the leaf has a child");
         if (view.size() == 0 && depth > 0)
             m_state.add(Severity::Oddity, Invariant::Trees, view.number(), m_title,
                         "an empty leaf below the root");

@@ -180,7 +180,7 @@ PageNo IndexPageView::next() const
 
 PageNo IndexPageView::tail() const
 {
-    return m_leaf ? 0 : load<std::uint32_t>(m_bytes + kTail);
+    return load<std::uint32_t>(m_bytes + kTail);
 }
 
 std::uint16_t IndexPageView::statedFree() const
@@ -235,7 +235,7 @@ IndexPage IndexPageView::takeApart() const
                    .level = level(),
                    .previous = previous(),
                    .next = next(),
-                   .tail = tail(),
+                   .tail = m_leaf ? 0 : tail(),
                    .hadPrefix = m_prefix != 0,
                    .entries = {}};
     page.entries.reserve(m_count);

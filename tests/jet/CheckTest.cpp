@@ -1,0 +1,404 @@
+// Our checker of whole files: silent on sound files, not on files with one fault, and of one mind with the
+// independent one.
+#include "platform/jet/Check.h"
+
+#include "platform/jet/Definition.h"
+#include "platform/jet/IndexPage.h"
+#include "platform/jet/Jet.h"
+#include "platform/jet/LongValue.h"
+#include "platform/jet/UsageMap.h"
+#include "tests/jet/Judge.h"
+#include "tests/jet/PagerFixtures.h"
+#include "tests/support/MemoryDisk.h"
+
+#include <chrono>
+#include <random>
+
+namespace vardelin::jet::test {
+namespace {
+
+using namespace std::string_literals;
+
+std::string textOf(const CheckReport &report)
+{
+    std::string text;
+    for (const Finding &finding : report.findings)
+        text += std::string(nameOf(finding.invariant)) + ": " + jet::textOf(finding) + "\n";
+    return text;
+}
+
+bool breaks(const CheckReport &report, Invariant invariant)
+{
+    return std::any_of(report.findings.begin(), report.findings.end(), [invariant](const Finding &finding) {
+        return finding.invariant == invariant && finding.severity != Severity::Oddity;
+    });
+}
+
+// A file with a bit of everything: long values of each kind, moved and deleted rows, an index with nodes, a
+// descending one.
+Bytes makeFile()
+{
+    TemporaryFolder folder;
+    const std::filesystem::path path = folder / "all.mdb";
+    {
+        const auto file = File::create(path);
+        Table &table = file->createTable({u"Notes",
+                                          {{u"Id", ColumnType::Long, 0, true, false, false, false},
+                                           {u"Name", ColumnType::Text, 200, false, true, false, true},
+                                           {u"Note", ColumnType::Memo, 0, false, false, true, false},
+                                           {u"Due", ColumnType::DateTime, 0, false, false, false, false},
+                                           {u"Done", ColumnType::Boolean, 0, false, false, false, false}},
+                                          {{u"ByName", {{u"Name", true}}, false},
+                                           {u"PrimaryKey", {{u"Id", false}}, true, true, true, false}}});
+        Scope scope(*file);
+        std::vector<RowId> rows;
+        for (int i = 0; i < 600; ++i) {
+            const std::size_t length = i % 50 == 0 ? 9000 : i % 5 == 0 ? 300 : 10;
+            const ColumnValue values[] = {
+                {1, u"Name "s + std::u16string(static_cast<std::size_t>(i % 40), u'n')},
+                {2, std::u16string(length, u'т')},
+                {4, i % 2 == 0}};
+            rows.push_back(table.insert(values));
+        }
+        for (std::size_t i = 0; i < rows.size(); i += 7) {
+            const ColumnValue longer{1, std::u16string(190, u'z')};
+            table.update(rows[i], {&longer, 1});
+        }
+        for (std::size_t i = 3; i < rows.size(); i += 11)
+            table.erase(rows[i]);
+        scope.commit();
+    }
+    return readFile(path);
+}
+
+const Bytes &soundFile()
+{
+    static const Bytes file = makeFile();
+    return file;
+}
+
+// The sound file, opened up to be hurt.
+class Patient
+{
+public:
+    Patient() : bytes(soundFile())
+    {
+        m_disk.put("sound.mdb", bytes);
+        m_pager = Pager::open(m_disk, "sound.mdb", Pager::Access::Read);
+        m_section.emplace(*m_pager);
+        PageNo page = 6;
+        while (at(page) != std::byte{2})
+            ++page;
+        definition = parseDefinition(*m_pager, readDefinition(*m_pager, page));
+        definition.name = u"Notes";
+    }
+
+    Pager &pager() { return *m_pager; }
+    std::byte &at(PageNo page, std::size_t offset = 0) { return bytes[page * kPageSize + offset]; }
+    template <class T>
+    T get(PageNo page, std::size_t offset)
+    {
+        return load<T>(&at(page, offset));
+    }
+    template <class T>
+    void add(PageNo page, std::size_t offset, T value)
+    {
+        store(&at(page, offset), static_cast<T>(get<T>(page, offset) + value));
+    }
+    void flip(PageNo page, std::size_t offset, unsigned bits = 0xFF)
+    {
+        at(page, offset) ^= static_cast<std::byte>(bits);
+    }
+
+    // Where a row's bytes begin.
+    std::size_t rowAt(RowId row) { return DataPage(*m_pager, row.page).slot(row.row).begin; }
+    PageNo firstPage(RowId map) { return UsageMap(*m_pager, map).next(0); }
+    // The first row whose slot has these flags.
+    RowId rowWith(std::uint16_t flags)
+    {
+        const UsageMap owned(*m_pager, definition.owned);
+        for (PageNo page = owned.next(0); page != kNoPage; page = owned.next(page + 1)) {
+            const DataPage view(*m_pager, page);
+            for (std::size_t i = 0; i < view.slots(); ++i) {
+                if (view.slot(i).flags == flags)
+                    return {page, static_cast<std::uint8_t>(i)};
+            }
+        }
+        ADD_FAILURE() << "no row with flags " << flags;
+        return {};
+    }
+    const PhysicalIndex &index(const char16_t *name)
+    {
+        for (const LogicalIndex &logical : definition.logical) {
+            if (logical.name == name)
+                return definition.physical[logical.physical];
+        }
+        throw std::logic_error("no such index");
+    }
+    PageNo leafOf(const PhysicalIndex &tree)
+    {
+        const IndexPageView root(*m_pager, tree.root, definition.page());
+        return root.leaf() ? tree.root : root.child(0);
+    }
+    const LongValueMaps &notes() { return definition.longValues.front(); }
+    // The free page map's bit for a page.
+    void flipFree(PageNo page) { flip(1, rowAt({1, 0}) + 5 + page / 8, 1U << (page % 8)); }
+    std::size_t find(std::u16string_view text, PageNo from) // of a text in UTF-16LE: its offset in the file
+    {
+        const auto raw = std::as_bytes(std::span(text));
+        const auto found = std::search(bytes.begin() + from * kPageSize, bytes.end(), raw.begin(), raw.end());
+        return static_cast<std::size_t>(found - bytes.begin());
+    }
+
+    Bytes bytes;
+    TableDefinition definition;
+
+private:
+    MemoryDisk m_disk;
+    std::unique_ptr<Pager> m_pager;
+    std::optional<ReadSection> m_section;
+};
+
+CheckReport check(const Bytes &file)
+{
+    MemoryDisk disk;
+    disk.put("file.mdb", file);
+    return checkFile("file.mdb", disk);
+}
+
+struct Injury
+{
+    const char *name;
+    Invariant breaks;
+    void (*hurt)(Patient &);
+};
+
+const Injury kInjuries[] = {
+    {"pointer of the header", Invariant::Header, [](Patient &p) { p.flip(0, 0x24, 1); }},
+    {"used page marked free", Invariant::Ownership,
+     [](Patient &p) { p.flipFree(p.firstPage(p.definition.owned)); }},
+    {"page lost by its map", Invariant::Ownership,
+     [](Patient &p) {
+         const PageNo page = p.firstPage(p.notes().owned);
+         const RowId map = p.notes().owned;
+         const PageNo first = p.get<PageNo>(map.page, p.rowAt(map) + 1);
+         p.flip(map.page, p.rowAt(map) + 5 + (page - first) / 8, 1U << ((page - first) % 8));
+     }},
+    {"map of two owners", Invariant::Maps,
+     [](Patient &p) {
+         store(&p.at(p.definition.page(), 59), p.get<std::uint32_t>(p.definition.page(), 55));
+     }},
+    {"map of no kind", Invariant::Maps,
+     [](Patient &p) { p.flip(p.definition.owned.page, p.rowAt(p.definition.owned), 7); }},
+    {"parent that isn't there", Invariant::Catalog,
+     [](Patient &p) {
+         p.add<std::int32_t>(14, p.rowAt({14, 4}) + 6, 77);
+     }},
+    {"column of no type", Invariant::Definitions,
+     [](Patient &p) { p.flip(p.definition.page(), 63 + 12 * p.definition.physical.size(), 0x60); }},
+    {"columns that overlap", Invariant::Definitions,
+     [](Patient &p) {
+         const std::size_t columns = 63 + 12 * p.definition.physical.size();
+         p.add<std::uint16_t>(p.definition.page(), columns + 3 * 25 + 21, std::uint16_t(-2));
+     }},
+    {"free space", Invariant::DataPages,
+     [](Patient &p) { p.add<std::uint16_t>(p.firstPage(p.definition.owned), 2, 2); }},
+    {"owner of a page", Invariant::DataPages,
+     [](Patient &p) { p.flip(p.firstPage(p.definition.owned), 4, 1); }},
+    {"slot", Invariant::DataPages,
+     [](Patient &p) { p.flip(p.firstPage(p.definition.owned), kSlotsAt + 3, 0x0F); }},
+    {"forward to nowhere", Invariant::Rows,
+     [](Patient &p) {
+         const RowId forward = p.rowWith(kForward);
+         p.flip(forward.page, p.rowAt(forward), 0x40);
+     }},
+    {"offsets within a row", Invariant::Rows,
+     [](Patient &p) {
+         const RowId row = p.rowWith(kLiveRow);
+         const Slot slot = DataPage(p.pager(), row.page).slot(row.row);
+         p.flip(row.page, slot.end - 1 - 2 - 2, 0xFF);
+     }},
+    {"a Null that must not be", Invariant::Values,
+     [](Patient &p) {
+         const RowId row = p.rowWith(kLiveRow);
+         p.flip(row.page, DataPage(p.pager(), row.page).slot(row.row).end - 1, 1U << 1);
+     }},
+    {"length of a long value", Invariant::LongValues,
+     [](Patient &p) {
+         const RowId row = p.rowWith(kLiveRow);
+         const auto field = readField(p.definition, p.definition.columns[2],
+                                      DataPage(p.pager(), row.page).row(row.row), {p.pager(), row});
+         const auto offset = field.bytes.data() - p.pager().page(row.page);
+         p.add<std::uint32_t>(row.page, static_cast<std::size_t>(offset), 2);
+     }},
+    {"long value page of another", Invariant::LongValues,
+     [](Patient &p) {
+         const PageNo page = p.firstPage(p.notes().owned);
+         p.flip(page, kSlotsAt + 1, 0xC0); // its first piece deleted
+     }},
+    {"row count", Invariant::Counts,
+     [](Patient &p) { p.add<std::uint32_t>(p.definition.page(), kRowCountAt, 1); }},
+    {"auto-number", Invariant::Counts,
+     [](Patient &p) { p.add<std::int32_t>(p.definition.page(), kAutoNumberAt, -9); }},
+    {"free space of an index page", Invariant::Trees,
+     [](Patient &p) { p.add<std::uint16_t>(p.index(u"ByName").root, 2, 1); }},
+    {"leaf without its neighbour", Invariant::Trees,
+     [](Patient &p) { p.flip(p.leafOf(p.index(u"ByName")), 16, 3); }},
+    {"order of entries", Invariant::Entries,
+     [](Patient &p) { p.flip(p.leafOf(p.index(u"PrimaryKey")), kIndexEntries + 9 + 3, 0xFF); }},
+    {"copy in a node", Invariant::Entries,
+     [](Patient &p) { p.flip(p.index(u"PrimaryKey").root, kIndexEntries + 1, 0x80); }},
+    {"row of an entry", Invariant::Keys,
+     [](Patient &p) { p.flip(p.leafOf(p.index(u"PrimaryKey")), kIndexEntries + 8, 0x80); }},
+    {"key column of a row", Invariant::Keys,
+     [](Patient &p) {
+         const RowId row = p.rowWith(kLiveRow);
+         p.flip(row.page, p.rowAt(row) + 3, 0x20);
+     }},
+    {"property blob", Invariant::Properties,
+     [](Patient &p) { p.bytes[p.find(u"AllowZeroLength", 6) - 26] ^= std::byte{0xFF}; }},
+};
+
+TEST(Check, SaysNothingOfASoundFileAndFindsEachSingleFault)
+{
+    const CheckReport sound = check(soundFile());
+    EXPECT_TRUE(sound.findings.empty()) << textOf(sound);
+    EXPECT_EQ(sound.tables, 5u);
+    EXPECT_GT(sound.rows, 500u);
+    const bool judged = judge::present("each single fault");
+    TemporaryFolder folder;
+    for (const Injury &injury : kInjuries) {
+        SCOPED_TRACE(injury.name);
+        Patient patient;
+        injury.hurt(patient);
+        const CheckReport report = check(patient.bytes);
+        EXPECT_FALSE(report.clean());
+        EXPECT_TRUE(breaks(report, injury.breaks)) << textOf(report);
+        if (judged) {
+            writeFile(folder / "hurt.mdb", patient.bytes);
+            EXPECT_EQ(judge::check(judge::quoted((folder / "hurt.mdb").string())).status, 1);
+        }
+    }
+}
+
+TEST(Check, SamplesOfOtherProgramsAreSound)
+{
+    if (!judge::present("checking the samples"))
+        return;
+    for (const char *name :
+         {"adox_jet4.mdb", "compIndexTestV2000.mdb", "indexTestV2000.mdb", "office-small.mdb"}) {
+        const CheckReport report = checkFile(judge::kFolder / "samples" / name);
+        EXPECT_TRUE(report.clean()) << name << "\n" << textOf(report);
+        EXPECT_GT(report.rows, 20u);
+    }
+    const CheckReport leaked = checkFile(judge::kFolder / "samples" / "testV2003.mdb");
+    EXPECT_TRUE(leaked.sound()) << textOf(leaked);
+    EXPECT_FALSE(leaked.clean()) << "693 of its pages belong to nothing";
+}
+
+TEST(Check, RefusesWhatIsNoSuchFile)
+{
+    MemoryDisk disk;
+    disk.put("text.mdb", Bytes(8192, std::byte{'x'}));
+    EXPECT_EQ(codeOf([&] { checkFile("text.mdb", disk); }), Code::NewerFormat);
+    EXPECT_EQ(codeOf([&] { checkFile("nothing.mdb", disk); }), Code::FileNotFound);
+    Bytes cut = soundFile();
+    cut.resize(cut.size() - 8 * kPageSize);
+    EXPECT_FALSE(check(cut).sound()) << "pages are missing at the end";
+}
+
+struct Flip
+{
+    std::size_t offset;
+    unsigned bits;
+};
+
+std::vector<Flip> flips(std::size_t count)
+{
+    std::mt19937 random(2003);
+    const auto pick = [&](std::size_t below) {
+        return std::uniform_int_distribution<std::size_t>(0, below - 1)(random);
+    };
+    std::vector<Flip> all;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t page = pick(soundFile().size() / kPageSize);
+        const std::size_t place = pick(3) == 0 ? pick(40) : pick(kPageSize);
+        all.push_back({page * kPageSize + place, static_cast<unsigned>(1 + pick(255))});
+    }
+    return all;
+}
+
+CheckReport checkFlipped(const Flip &flip)
+{
+    Bytes file = soundFile();
+    file[flip.offset] ^= static_cast<std::byte>(flip.bits);
+    return check(file);
+}
+
+TEST(Check, SurvivesAnyByte)
+{
+    std::size_t found = 0, refused = 0;
+    const auto began = std::chrono::steady_clock::now();
+    for (const Flip &flip : flips(800)) {
+        try {
+            found += checkFlipped(flip).findings.empty() ? 0u : 1u;
+        } catch (const Error &) {
+            ++refused; // page 0
+        }
+    }
+    const auto seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - began).count();
+    EXPECT_GT(found, 200u);
+    EXPECT_LT(seconds, 100) << "a walk went on without end";
+}
+
+constexpr const char *kJudgeOfFlips = R"(
+import sys
+sys.path.insert(0, sys.argv[1] + '/tools')
+import jetcheck
+weights = jetcheck.Weights(sys.argv[1] + '/jet4-text-weights.tsv')
+raw = open(sys.argv[2], 'rb').read()
+for line in open(sys.argv[3]):
+    offset, bits = map(int, line.split())
+    data = bytearray(raw)
+    data[offset] ^= bits
+    checker = jetcheck.Checker(jetcheck.Jet(bytes(data)), weights, jetcheck.Options())
+    checker.run()
+    print(len(checker.problems), checker.problems[0] if checker.problems else '')
+)";
+
+TEST(Check, FindsWhatTheIndependentCheckerFinds)
+{
+    if (!judge::present("single flipped bytes"))
+        return;
+    TemporaryFolder folder;
+    writeFile(folder / "sound.mdb", soundFile());
+    std::ofstream(folder / "judge.py") << kJudgeOfFlips;
+    const std::vector<Flip> all = flips(160);
+    {
+        std::ofstream out(folder / "flips");
+        for (const Flip &flip : all)
+            out << flip.offset << " " << flip.bits << "\n";
+    }
+    const auto verdicts =
+        judge::run("python3 " + (folder / "judge.py").string() + " " + judge::kFolder.string() + " " +
+                   (folder / "sound.mdb").string() + " " + (folder / "flips").string())
+            .lines();
+    ASSERT_EQ(verdicts.size(), all.size());
+    std::size_t both = 0;
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        if (all[i].offset < kPageSize)
+            continue; // page 0 decides whether a file is opened at all
+        const bool theirs = verdicts[i][0] != '0';
+        const CheckReport report = checkFlipped(all[i]);
+        EXPECT_TRUE(!theirs || !report.clean()) << "page " << all[i].offset / kPageSize << " byte "
+                                                << all[i].offset % kPageSize << ": " << verdicts[i];
+        EXPECT_TRUE(theirs || report.clean())
+            << "page " << all[i].offset / kPageSize << " byte " << all[i].offset % kPageSize
+            << ": only we find " << textOf(report);
+        both += theirs;
+    }
+    EXPECT_GT(both, 40u);
+}
+
+} // namespace
+} // namespace vardelin::jet::test
