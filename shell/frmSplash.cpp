@@ -12,6 +12,7 @@ namespace vardelin {
 namespace {
 constexpr int kPicture = 160; // pixels
 constexpr int kTick = 130;    // milliseconds
+constexpr int kLongest = 300; // milliseconds
 } // namespace
 
 frmSplash::frmSplash(QWidget *parent) : QWidget(parent, Qt::Dialog), Image1(new QLabel)
@@ -23,13 +24,15 @@ frmSplash::frmSplash(QWidget *parent) : QWidget(parent, Qt::Dialog), Image1(new 
     Image1->setAlignment(Qt::AlignCenter);
     Image1->setPixmap(animationFrame(m_frame, kPicture, devicePixelRatioF()));
     auto *all = new QVBoxLayout(this);
-    all->setContentsMargins(120, 24, 120, 24);
+    all->setContentsMargins(180, 24, 180, 24);
     all->addWidget(Image1);
+    adjustSize();
+    move(parent->mapToGlobal(parent->rect().center()) - rect().center());
     Timer1.setObjectName(u"Timer1"_s);
     connect(&Timer1, &QTimer::timeout, this, &frmSplash::Timer1_Timer);
     Timer1.start(kTick);
-    // A screen that activates no window must not keep it for ever.
-    QTimer::singleShot(kTick * kAnimationFrames, this, &QWidget::close);
+    // The tip and the introduction, being modal, keep it from being activated: it is a flash all the same.
+    QTimer::singleShot(kLongest, this, &QWidget::close);
 }
 
 void frmSplash::Timer1_Timer()
