@@ -42,9 +42,9 @@ constexpr Binary kBinaries[] = {
 };
 
 constexpr QLatin1StringView kReserved[] = {
-    "select"_L1, "from"_L1, "where"_L1, "order"_L1, "group"_L1, "having"_L1,  "by"_L1,      "as"_L1, "and"_L1,
-    "or"_L1,     "xor"_L1,  "eqv"_L1,   "imp"_L1,   "like"_L1,  "between"_L1, "in"_L1,      "is"_L1, "mod"_L1,
-    "on"_L1,     "asc"_L1,  "desc"_L1,  "union"_L1, "inner"_L1, "join"_L1,    "distinct"_L1};
+    "select"_L1, "from"_L1, "where"_L1, "order"_L1, "group"_L1, "having"_L1, "by"_L1,      "as"_L1,
+    "and"_L1,    "or"_L1,   "xor"_L1,   "eqv"_L1,   "imp"_L1,   "like"_L1,   "between"_L1, "in"_L1,
+    "is"_L1,     "mod"_L1,  "on"_L1,    "union"_L1, "inner"_L1, "join"_L1,   "distinct"_L1};
 
 bool matches(const Token &token, QLatin1StringView text)
 {

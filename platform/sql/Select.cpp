@@ -98,7 +98,7 @@ struct Select::Prepared
     Prepared(jet::File &ofFile, const QString &text, const Clock *ofClock);
 
     void bind(SelectSyntax &select);
-    void bindItem(const Item &item, Binder &binder);
+    void bindItem(const Item &item, const SelectSyntax &select, Binder &binder);
     void bindStar(const Item &item, const SelectSyntax &select);
     void bindOrder(const SelectSyntax &select, Binder &binder);
     Program bindResult(const Expression &expression, Binder &binder) const;
@@ -150,7 +150,7 @@ void Select::Prepared::bind(SelectSyntax &select)
     for (const Expression &key : select.groupBy)
         keys.push_back(binder.bindRow(key));
     for (const Item &item : select.items)
-        item.expression ? bindItem(item, binder) : bindStar(item, select);
+        item.expression ? bindItem(item, select, binder) : bindStar(item, select);
     if (select.having)
         having = binder.bindGroup(*select.having);
     bindOrder(select, binder);
@@ -176,14 +176,16 @@ void Select::Prepared::bindStar(const Item &item, const SelectSyntax &select)
         columns.push_back({{toQString(table->columns()[i].name), i}, {}});
 }
 
-void Select::Prepared::bindItem(const Item &item, Binder &binder)
+void Select::Prepared::bindItem(const Item &item, const SelectSyntax &select, Binder &binder)
 {
     BoundColumn column;
     column.program = bindResult(*item.expression, binder);
-    const std::vector<Instruction> &steps = column.program.steps;
-    if (steps.size() == 1 && steps[0].step == Step::Column) {
-        column.column.source = steps[0].a;
-        column.column.name = toQString(table->columns()[steps[0].a].name);
+    const Node &root = select.tree.nodes[item.expression->root];
+    if (root.kind == NodeKind::Column) {
+        const std::size_t source = binder.findColumn(root);
+        column.column.name = toQString(table->columns()[source].name);
+        if (!grouped)
+            column.column.source = source;
     } else {
         column.column.name = u"Expr%1"_s.arg(1000 + columns.size());
     }
@@ -345,8 +347,7 @@ std::vector<std::vector<Value>> Select::rows() const
             return m_prepared->groupRows();
         std::vector<std::vector<Value>> rows;
         if (!m_prepared->table) {
-            if (!m_prepared->where || holds(evaluator.evaluate(*m_prepared->where, NoRow())))
-                rows.push_back(m_prepared->computed(NoRow(), evaluator));
+            rows.push_back(m_prepared->computed(NoRow(), evaluator));
             return rows;
         }
         const jet::ReadScope scope(m_prepared->file);

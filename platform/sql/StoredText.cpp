@@ -46,7 +46,8 @@ QString decodeStored(std::span<const std::byte> stored)
     if (isCompressed(stored))
         return decodeMixed(stored.subspan(2));
     QString text(static_cast<qsizetype>(stored.size() / 2), Qt::Uninitialized);
-    std::memcpy(text.data(), stored.data(), stored.size() / 2 * 2);
+    if (!text.isEmpty())
+        std::memcpy(text.data(), stored.data(), stored.size() / 2 * 2);
     return text;
 }
 
