@@ -218,8 +218,9 @@ TEST_F(EntryWindowTest, FitsSmallAndLargeWindows)
             EXPECT_TRUE(beside || at(number).y() < at(number + 1).y())
                 << "frame " << number << " at " << size.width();
         }
-        if (size.width() >= 500)
+        if (size.width() >= 500) {
             EXPECT_EQ(at(7).y(), at(8).y()) << "the pickers stand beside each other";
+        }
     }
     EXPECT_GT(frame(6)->height(), 500) << "the notes take the height that is left";
     auto *body = window.findChild<QScrollArea *>();
