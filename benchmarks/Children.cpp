@@ -1,0 +1,130 @@
+#include "benchmarks/Children.h"
+
+#include "app/Program.h"
+#include "benchmarks/Figures.h"
+#include "benchmarks/Painting.h"
+#include "display/frmDisplay.h"
+
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QScreen>
+#include <QStyle>
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace vardelin::bench {
+
+namespace {
+
+constexpr int kOpenings = 11;
+constexpr int kSteps = 101;
+
+template <class Window>
+PaintWatch::Kind firstOf()
+{
+    return [](QWidget *painted) { return qobject_cast<Window *>(painted) != nullptr; };
+}
+
+void tell(const char *name, double seconds)
+{
+    std::printf("%s %.6f\n", name, seconds);
+}
+
+void tellPainted()
+{
+    std::printf("painted %lld\n", static_cast<long long>(nanosecondsNow()));
+}
+
+frmDisplay &firstDisplay(Program &program)
+{
+    return static_cast<frmDisplay &>(*program.global().DisplayWindows.at(0));
+}
+
+double openingOfDisplay(Program &program)
+{
+    const std::int64_t start = nanosecondsNow();
+    QPointer<DisplayWindow> window = program.global().openers.NewDisplayWindow();
+    waitForPaint(window);
+    const double seconds = secondsSince(start);
+    window->parentWidget()->close();
+    while (window) {
+        QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    return seconds;
+}
+
+double step(frmDisplay &window, bool (Adodc::*move)())
+{
+    QWidget *notes = window.findChild<QTextEdit *>(u"RichTextBox2"_s)->viewport();
+    return secondsOf([&] {
+        (window.control().*move)();
+        waitForPaint(notes);
+    });
+}
+
+double steps(frmDisplay &window, bool (Adodc::*move)())
+{
+    std::vector<double> times;
+    for (int i = 0; i < kSteps; ++i)
+        times.push_back(step(window, move));
+    return median(times);
+}
+
+} // namespace
+
+int startProgram(int argc, char **argv)
+{
+    QCoreApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    Application application(argc, argv);
+    Program program(application);
+    PaintWatch watch({firstOf<DisplayWindow>(), firstOf<EntryWindow>()});
+    program.startLater();
+    watch.wait();
+    tellPainted();
+    std::printf("records %d\n", firstDisplay(program).control().Recordset().RecordCount());
+    return 0;
+}
+
+int startBareWindow(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    if (QApplication::style()->name() == "windows"_L1)
+        QApplication::setStyle(u"fusion"_s);
+    QMainWindow window;
+    auto *area = new QMdiArea(&window);
+    window.setCentralWidget(area);
+    window.resize(QGuiApplication::primaryScreen()->availableSize() / 2);
+    PaintWatch watch({[area](QWidget *painted) { return painted == area->viewport(); }});
+    window.show();
+    watch.wait();
+    tellPainted();
+    return 0;
+}
+
+int useDisplay(int argc, char **argv)
+{
+    Application application(argc, argv);
+    Program program(application);
+    PaintWatch watch({firstOf<DisplayWindow>(), firstOf<EntryWindow>()});
+    program.startLater();
+    watch.wait();
+
+    std::vector<double> openings;
+    for (int i = 0; i < kOpenings; ++i)
+        openings.push_back(openingOfDisplay(program));
+    tell("open_display", median(openings));
+
+    frmDisplay &window = firstDisplay(program);
+    program.mainWindow().area().setActiveSubWindow(qobject_cast<QMdiSubWindow *>(window.parentWidget()));
+    window.parentWidget()->raise();
+    QCoreApplication::processEvents();
+    tell("first_record", step(window, &Adodc::MoveFirst));
+    tell("next_record", steps(window, &Adodc::MoveNext));
+    tell("previous_record", steps(window, &Adodc::MovePrevious));
+    return 0;
+}
+
+} // namespace vardelin::bench

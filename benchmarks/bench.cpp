@@ -1,0 +1,154 @@
+// vardelin-bench [FOLDER]: measures what a user waits for. Prints "name seconds" lines, then "goal" lines: a
+// name, what was reached, and the goal. FOLDER, for the files that it makes and removes again, should lie on
+// a disk and not in memory; the program's own is taken where none is given.
+
+#include "benchmarks/Children.h"
+#include "benchmarks/Figures.h"
+#include "benchmarks/Generate.h"
+#include "benchmarks/SaveCost.h"
+#include "platform/system/Settings.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QMap>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <cstdio>
+#include <cstring>
+#include <stdexcept>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+using namespace vardelin;
+using namespace vardelin::bench;
+
+constexpr int kLogs = 100'000;
+constexpr int kStarts = 15;
+constexpr int kSaves = 101;
+
+void tell(const char *name, double seconds)
+{
+    std::printf("%-32s %.6f\n", name, seconds);
+    std::fflush(stdout);
+}
+
+void tellGoal(const char *name, double reached, double goal)
+{
+    std::printf("goal %-32s %.3f (at most %.1f: %s)\n", name, reached, goal,
+                reached <= goal ? "met" : "missed");
+}
+
+// One run of this program in a process of its own; its lines by name.
+QMap<QByteArray, double> runChild(const QString &what)
+{
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    child.start(QCoreApplication::applicationFilePath(), {what});
+    if (!child.waitForFinished(60'000) || child.exitStatus() != QProcess::NormalExit || child.exitCode() != 0)
+        throw std::runtime_error("a process under measurement failed");
+    QMap<QByteArray, double> lines;
+    for (const QByteArray &line : child.readAllStandardOutput().split('\n')) {
+        if (const qsizetype blank = line.indexOf(' '); blank > 0)
+            lines[line.left(blank)] = line.mid(blank + 1).toDouble();
+    }
+    return lines;
+}
+
+// The next start finds this file, and no tip.
+void chooseFile(const QString &path)
+{
+    const std::unique_ptr<Settings> settings = userSettings();
+    settings->SaveSetting(u"DefaultLogFile"_s, u"Default Log File"_s, path);
+    settings->SaveSetting(u"Preferences"_s, u"Show Tips at Startup"_s, u"1"_s);
+}
+
+double secondsToPaint(const QString &what, int expectedRecords)
+{
+    const std::int64_t start = nanosecondsNow();
+    const QMap<QByteArray, double> lines = runChild(what);
+    if (lines.value("records", 0) != expectedRecords)
+        throw std::runtime_error("the program doesn't show the file");
+    return (lines.value("painted") - static_cast<double>(start)) * 1e-9;
+}
+
+void measureStarts(const QString &empty, const QString &large)
+{
+    std::vector<double> bareTimes, emptyTimes, largeTimes;
+    for (int i = 0; i <= kStarts; ++i) {
+        const double bare = secondsToPaint(u"--bare-window"_s, 0);
+        chooseFile(empty);
+        const double onEmpty = secondsToPaint(u"--program"_s, 0);
+        chooseFile(large);
+        const double onLarge = secondsToPaint(u"--program"_s, kLogs);
+        if (i == 0)
+            continue; // warms up
+        bareTimes.push_back(bare);
+        emptyTimes.push_back(onEmpty);
+        largeTimes.push_back(onLarge);
+    }
+    tell("start_bare_window", median(bareTimes));
+    tell("start_empty_file", median(emptyTimes));
+    tell("start_100000_logs", median(largeTimes));
+    tellGoal("start_empty_file/bare", median(emptyTimes) / median(bareTimes), 1.5);
+    tellGoal("start_100000_logs/bare", median(largeTimes) / median(bareTimes), 1.5);
+}
+
+void measureDisplay(const QString &large)
+{
+    chooseFile(large);
+    const QMap<QByteArray, double> lines = runChild(u"--display"_s);
+    for (const char *name : {"open_display", "first_record", "next_record", "previous_record"})
+        tell(qPrintable(QString::fromLatin1(name) + "_100000_logs"_L1), lines[name]);
+    tellGoal("open_display_100000_logs", lines["open_display"], 0.3);
+}
+
+void measureSave(const QString &file)
+{
+    const SaveCost cost = measureSaves(file, kSaves);
+    tell("save_one_log", cost.save);
+    tell("save_raw_pattern", cost.raw);
+    tellGoal("save_one_log/raw", cost.save / cost.raw, 2.0);
+}
+
+int measureAll(const QString &folder)
+{
+    QTemporaryDir files(QDir(folder).absoluteFilePath(u"vardelin-bench-XXXXXX"_s));
+    if (!files.isValid())
+        throw std::runtime_error("the folder can't be written");
+    // Neither the user's settings nor the user's files are touched.
+    qputenv("XDG_CONFIG_HOME", files.path().toLocal8Bit());
+    qputenv("XDG_DATA_HOME", files.path().toLocal8Bit());
+    const QString empty = files.filePath(u"empty.mdb"_s);
+    const QString small = files.filePath(u"small.mdb"_s);
+    const QString large = files.filePath(u"large.mdb"_s);
+    generate(empty, 0);
+    generate(small, 1000);
+    tell("generate_100000_logs", secondsOf([&] { generate(large, kLogs); }));
+    measureSave(small);
+    measureStarts(empty, large);
+    measureDisplay(large);
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const char *argument = argc > 1 ? argv[1] : "";
+    try {
+        if (std::strcmp(argument, "--program") == 0)
+            return startProgram(argc, argv);
+        if (std::strcmp(argument, "--bare-window") == 0)
+            return startBareWindow(argc, argv);
+        if (std::strcmp(argument, "--display") == 0)
+            return useDisplay(argc, argv);
+        QCoreApplication application(argc, argv);
+        return measureAll(argc > 1 ? QString::fromLocal8Bit(argument)
+                                   : QCoreApplication::applicationDirPath());
+    } catch (const std::exception &error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
+}
