@@ -290,20 +290,8 @@ void checkRows(CheckState &state, CheckedTable &table)
 
 Cell checkedCell(CheckState &state, const CheckedTable &table, const RowLocation &row, const Column &column)
 {
-    const RowPlace place{state.pager, row.actual};
     const auto bytes = RowReader::bytes(state.pager, table.definition.page(), row);
-    const StoredField field = readField(table.definition, column, bytes, place);
-    if (column.type == ColumnType::Boolean)
-        return field.present;
-    if (!field.present)
-        return {};
-    if (!isLongValue(column.type))
-        return decodeCell(column, field.bytes, place);
-    Bytes store;
-    const auto data = readLongValue(state.pager, field.bytes, place, store);
-    if (column.type == ColumnType::Memo)
-        return decodeText(data, place);
-    return Bytes(data.begin(), data.end());
+    return RowReader::cell(state.pager, table.definition, column, bytes, row.actual);
 }
 
 } // namespace vardelin::jet

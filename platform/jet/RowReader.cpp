@@ -42,6 +42,24 @@ std::span<const std::byte> RowReader::bytes(Pager &pager, PageNo table, const Ro
     return page.row(location.actual.row);
 }
 
+Cell RowReader::cell(Pager &pager, const TableDefinition &table, const Column &column,
+                     std::span<const std::byte> row, RowId id)
+{
+    const RowPlace place{pager, id};
+    const StoredField stored = readField(table, column, row, place);
+    if (column.type == ColumnType::Boolean)
+        return stored.present;
+    if (!stored.present)
+        return {};
+    if (!isLongValue(column.type))
+        return decodeCell(column, stored.bytes, place);
+    Bytes store;
+    const auto data = readLongValue(pager, stored.bytes, place, store);
+    if (column.type == ColumnType::Memo)
+        return decodeText(data, place);
+    return Bytes(data.begin(), data.end());
+}
+
 RowView RowReader::view(const Table &table, RowId id, std::span<const std::byte> bytes)
 {
     RowView view;
@@ -66,20 +84,10 @@ bool RowView::isNull(std::size_t column) const
 
 Cell RowView::cell(std::size_t column) const
 {
-    const StoredField stored = field(column);
-    const Column &definition = m_table->m_definition->columns[column];
-    const RowPlace place{m_table->m_file.pager(), m_id};
-    if (definition.type == ColumnType::Boolean)
-        return stored.present;
-    if (!stored.present)
-        return {};
-    if (!isLongValue(definition.type))
-        return decodeCell(definition, stored.bytes, place);
-    Bytes store;
-    const auto data = readLongValue(m_table->m_file.pager(), stored.bytes, place, store);
-    if (definition.type == ColumnType::Memo)
-        return decodeText(data, place);
-    return Bytes(data.begin(), data.end());
+    const TableDefinition &table = *m_table->m_definition;
+    if (column >= table.columns.size())
+        throw Error(Code::ItemNotFound);
+    return RowReader::cell(m_table->m_file.pager(), table, table.columns[column], m_bytes, m_id);
 }
 
 namespace {

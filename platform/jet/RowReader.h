@@ -22,6 +22,9 @@ struct RowReader
     // The moved row of a forward.
     static RowId target(const DataPage &page, std::size_t slot);
     static std::span<const std::byte> bytes(Pager &pager, PageNo table, const RowLocation &location);
+    // The value of a column; long values are read whole.
+    static Cell cell(Pager &pager, const TableDefinition &table, const Column &column,
+                     std::span<const std::byte> row, RowId place);
     static RowView view(const Table &table, RowId id, std::span<const std::byte> bytes);
 };
 

@@ -2,6 +2,7 @@
 // What the tests of tables and rows share: the office's eleven tables, plain rows to compare with, the
 // judges.
 
+#include "platform/jet/Check.h"
 #include "platform/jet/Jet.h"
 #include "tests/jet/Judge.h"
 #include "tests/jet/PagerFixtures.h"
@@ -56,9 +57,11 @@ inline void updateCell(Table &table, RowId id, std::size_t column, Cell cell)
     table.update(id, {&value, 1});
 }
 
-// The independent checker has nothing to say, notes included.
+// Neither our own checker nor the independent one has anything to say, notes included.
 inline void expectSound(const std::filesystem::path &file, const char *forWhat)
 {
+    for (const Finding &finding : checkFile(file).findings)
+        ADD_FAILURE() << forWhat << ": " << textOf(finding);
     if (!judge::present(forWhat))
         return;
     const judge::Said said = judge::check("--strict " + judge::quoted(file.string()));
