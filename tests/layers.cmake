@@ -1,4 +1,5 @@
 # Fails on an #include from a folder that cmake/Layers.cmake doesn't allow. Run: cmake -DROOT=<project> -P tests/layers.cmake
+cmake_policy(VERSION 3.25)
 include(${ROOT}/cmake/Layers.cmake)
 set(wrong 0)
 foreach(folder IN LISTS VARDELIN_LAYERS)
