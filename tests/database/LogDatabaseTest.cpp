@@ -4,6 +4,7 @@
 #include "platform/system/Files.h"
 #include "tests/support/Fakes.h"
 #include "tests/support/Judges.h"
+#include "tests/support/PrintQt.h"
 
 #include <QFile>
 #include <QTemporaryDir>
