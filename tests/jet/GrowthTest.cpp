@@ -24,16 +24,16 @@ TEST(Growth, PastTheInlineMapsAndBack)
     Table &notes = file->createTable({u"Notes", {plainColumn(u"Note", ColumnType::Memo)}, {}});
     Table &rows = file->createTable({u"Rows", {textColumn(u"A", 255)}, {{u"ByA", {{u"A", false}}}}});
     std::vector<RowId> noteIds, rowIds;
-    for (int round = 0; round < 4; ++round) {
-        const auto more = growTo(*file, notes, 30000, 20);
+    for (int round = 0; round < 2; ++round) {
+        const auto more = growTo(*file, notes, 30000, 25);
         noteIds.insert(noteIds.end(), more.begin(), more.end());
-        const auto moreRows = growTo(*file, rows, 250, 700);
+        const auto moreRows = growTo(*file, rows, 250, 600);
         rowIds.insert(rowIds.end(), moreRows.begin(), moreRows.end());
         expectSound(path, "a growing file");
     }
-    EXPECT_GT(std::filesystem::file_size(path), 1200 * kPageSize);
+    EXPECT_GT(std::filesystem::file_size(path), 700 * kPageSize);
     EXPECT_EQ(rowsOf(rows).size(), rowIds.size());
-    EXPECT_EQ(std::get<std::u16string>(rowsOf(notes)[27][0]), std::u16string(30000, u'h'));
+    EXPECT_EQ(std::get<std::u16string>(rowsOf(notes)[27][0]), std::u16string(30000, u'c'));
     const auto size = std::filesystem::file_size(path);
     {
         Scope scope(*file);
@@ -44,37 +44,70 @@ TEST(Growth, PastTheInlineMapsAndBack)
         scope.commit();
     }
     expectSound(path, "an emptied file");
-    growTo(*file, notes, 30000, 80);
+    growTo(*file, notes, 30000, 50);
     EXPECT_EQ(std::filesystem::file_size(path), size) << "free pages are used again";
     expectSound(path, "a file filled again");
 }
 
-// 140 MiB of memos: the free page map no longer fits page 1, and maps by reference need a second bit map
-// page.
-TEST(Growth, PastThirtyTwoThousandPages)
+// The last page that one bit map page of a map by reference stands for, and some beyond. The free page map no
+// longer fits page 1 by then.
+constexpr PageNo kBeyond = 32800;
+
+void expectGrownPast(const std::filesystem::path &path, std::size_t rows, std::size_t units)
+{
+    EXPECT_GT(std::filesystem::file_size(path), std::uint64_t{kBeyond} * kPageSize);
+    const auto file = File::open(path);
+    std::size_t foundRows = 0, foundUnits = 0;
+    Bytes store;
+    for (Cursor at = file->table(u"Notes").scan(); !at.atEnd(); at.next(), ++foundRows)
+        foundUnits += at.view().storedText(0, store).size() / 2;
+    EXPECT_EQ(foundRows, rows);
+    EXPECT_EQ(foundUnits, units);
+}
+
+// The pages up to there are a hole in the file that nothing owns.
+TEST(Growth, AcrossTheLimitOfABitMapPage)
 {
     const TemporaryFolder folder;
     const auto path = folder / "large.mdb";
-    std::size_t pages = 0;
+    Table *notes = nullptr;
+    {
+        auto file = File::create(path);
+        notes = &file->createTable({u"Notes", {plainColumn(u"Note", ColumnType::Memo)}, {}});
+        growTo(*file, *notes, 3000, 4);
+        file.reset();
+        std::filesystem::resize_file(path, std::uint64_t{kBeyond - 100} * kPageSize);
+        file = File::open(path);
+        notes = &file->table(u"Notes");
+        growTo(*file, *notes, 30000, 45); // what the map calls free first
+        notes->erase(notes->scan().id());
+        growTo(*file, *notes, 100, 30);
+    }
+    expectGrownPast(path, 4 + 45 - 1 + 30, 3 * 3000 + 45 * 30000 + 30 * 100);
+    if (judge::present("growth across the limit of a bit map page")) {
+        const judge::Said said = judge::check("--allow-leaks " + judge::quoted(path.string()));
+        EXPECT_EQ(said.status, 0) << said.text;
+    }
+}
+
+// The same with 140 MiB of memos, for which VARDELIN_LARGE must be set.
+TEST(Growth, PastThirtyTwoThousandPages)
+{
+    if (!std::getenv("VARDELIN_LARGE")) {
+        std::cout << "VARDELIN_LARGE isn't set: no file of 140 MiB is made.\n";
+        return;
+    }
+    const TemporaryFolder folder;
+    const auto path = folder / "large.mdb";
     {
         const auto file = File::create(path);
         Table &notes = file->createTable({u"Notes", {plainColumn(u"Note", ColumnType::Memo)}, {}});
         growTo(*file, notes, 4072 / 2 * 3000, 11);
-        const auto small = growTo(*file, notes, 100, 50);
-        EXPECT_EQ(notes.rowCount(), 61U);
+        growTo(*file, notes, 100, 50);
         notes.erase(notes.scan().id());
         growTo(*file, notes, 2000, 30);
-        pages = std::filesystem::file_size(path) / kPageSize;
     }
-    EXPECT_GT(pages, 32800U);
-    const auto file = File::open(path);
-    const Table &notes = file->table(u"Notes");
-    std::size_t units = 0, count = 0;
-    Bytes store;
-    for (Cursor at = notes.scan(); !at.atEnd(); at.next(), ++count)
-        units += at.view().storedText(0, store).size() / 2;
-    EXPECT_EQ(count, 90U);
-    EXPECT_EQ(units, 10U * 4072 / 2 * 3000 + 50 * 100 + 30 * 2000);
+    expectGrownPast(path, 90, 10U * 4072 / 2 * 3000 + 50 * 100 + 30 * 2000);
     expectSound(path, "more than 32,736 pages");
 }
 

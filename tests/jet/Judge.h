@@ -84,4 +84,32 @@ inline Said check(const std::string &arguments)
     return run("python3 " + quoted(kChecker.string()) + " " + arguments);
 }
 
+// Many questions to one process of the judge, which reads a file once; each is a list of arguments.
+inline std::vector<Said> checkAll(const std::vector<std::vector<std::string>> &questions)
+{
+    static constexpr const char *kDriver =
+        "import functools, sys; sys.path.insert(0, sys.argv[1]); import jetcheck\n"
+        "jetcheck.load = functools.lru_cache(None)(jetcheck.load)\n"
+        "jetcheck.Weights = functools.lru_cache(None)(jetcheck.Weights)\n"
+        "for question in chr(10).join(sys.argv[2:]).split(chr(10) + chr(30) + chr(10)):\n"
+        "    status = jetcheck.main(question.split(chr(10)))\n"
+        "    print(chr(30) + str(status or 0))\n";
+    std::string command = "python3 -c " + quoted(kDriver) + " " + quoted(kChecker.parent_path().string());
+    for (std::size_t i = 0; i < questions.size(); ++i) {
+        command += i == 0 ? "" : " " + quoted("\x1e");
+        for (const std::string &argument : questions[i])
+            command += " " + quoted(argument);
+    }
+    const Said all = run(command);
+    std::vector<Said> answers;
+    std::size_t from = 0;
+    for (std::size_t at = 0; (at = all.text.find('\x1e', from)) != all.text.npos;) {
+        const std::size_t end = all.text.find('\n', at);
+        answers.push_back({std::stoi(all.text.substr(at + 1)), all.text.substr(from, at - from)});
+        from = end + 1;
+    }
+    answers.resize(questions.size(), {-1, "no answer from the judge"});
+    return answers;
+}
+
 } // namespace vardelin::jet::judge

@@ -178,18 +178,21 @@ std::string jsonOf(const Table &table, const RowView &row)
 
 void expectSameValues(File &file)
 {
-    for (const std::u16string &name : file.tableNames()) {
-        const Table &table = file.table(name);
-        const judge::Said said =
-            judge::check("--dump " + judge::quoted(file.path().string()) + " " + judge::quoted(toUtf8(name)));
-        EXPECT_EQ(said.status, 0) << toUtf8(name);
-        const auto lines = said.lines();
+    const auto names = file.tableNames();
+    std::vector<std::vector<std::string>> questions;
+    for (const std::u16string &name : names)
+        questions.push_back({"--dump", file.path().string(), toUtf8(name)});
+    const auto answers = judge::checkAll(questions);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const Table &table = file.table(names[i]);
+        EXPECT_EQ(answers[i].status, 0) << toUtf8(names[i]);
+        const auto lines = answers[i].lines();
         std::size_t at = 0;
         for (Cursor row = table.scan(); !row.atEnd(); row.next(), ++at) {
-            ASSERT_LT(at, lines.size()) << toUtf8(name);
-            ASSERT_EQ(jsonOf(table, row.view()), lines[at]) << toUtf8(name) << " row " << at;
+            ASSERT_LT(at, lines.size()) << toUtf8(names[i]);
+            ASSERT_EQ(jsonOf(table, row.view()), lines[at]) << toUtf8(names[i]) << " row " << at;
         }
-        EXPECT_EQ(at, lines.size()) << toUtf8(name);
+        EXPECT_EQ(at, lines.size()) << toUtf8(names[i]);
     }
 }
 
