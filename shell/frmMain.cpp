@@ -42,6 +42,9 @@ frmMain::frmMain(Global &global) : m_global(global), m_area(new QMdiArea(this))
 
 frmMain::~frmMain()
 {
+    // A window that still stands open closes in the base's destructor, and its area activates child after
+    // child.
+    disconnect(m_area, nullptr, this, nullptr);
     m_global.frmMain = nullptr;
 }
 
@@ -99,6 +102,14 @@ void frmMain::addChild(ChildWindow *child)
     window->setGeometry(QRect(QPoint(step, step), wanted));
     window->show();
     m_area->setActiveSubWindow(window);
+}
+
+// The area stays a shade behind its windows when the desktop turns from light to dark.
+void frmMain::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        m_area->setBackground(palette().brush(QPalette::Mid));
 }
 
 ChildWindow *frmMain::activeChild() const
