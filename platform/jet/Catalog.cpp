@@ -84,10 +84,27 @@ ObjectColumns Catalog::columnsOf(const Table &objects)
             at(u"DateUpdate"), at(u"Owner"),    at(u"Flags"), at(u"LvProp")};
 }
 
+Bytes Catalog::pagesOfObjects()
+{
+    Pager &pager = m_parts.pager();
+    const UsageMap owned(pager, objects().current().owned);
+    Bytes bytes;
+    for (PageNo page = owned.next(0); page != kNoPage; page = owned.next(page + 1)) {
+        const std::byte *raw = pager.page(page);
+        bytes.insert(bytes.end(), raw, raw + kPageSize);
+    }
+    return bytes;
+}
+
 const std::vector<CatalogEntry> &Catalog::tables()
 {
     if (m_known)
         return m_tables;
+    Bytes now = pagesOfObjects();
+    m_known = !m_seen.empty() && now == m_seen;
+    if (m_known)
+        return m_tables;
+    m_seen.clear();
     m_tables.clear();
     const ObjectColumns at = columnsOf(objects());
     for (Cursor row = objects().scan(); !row.atEnd(); row.next()) {
@@ -102,6 +119,7 @@ const std::vector<CatalogEntry> &Catalog::tables()
         const auto flags = static_cast<std::uint32_t>(valueOf<std::int32_t>(view, at.flags).value_or(0));
         m_tables.push_back({*name, static_cast<PageNo>(*id), row.id(), (flags & 0x80000002) != 0});
     }
+    m_seen = std::move(now);
     m_known = true;
     return m_tables;
 }

@@ -51,9 +51,11 @@ public:
 
 private:
     std::array<std::byte, 2> securityMask();
+    Bytes pagesOfObjects();
     FileParts &m_parts;
     std::vector<CatalogEntry> m_tables;
-    bool m_known = false;
+    Bytes m_seen;         // the pages of MSysObjects that m_tables was read from
+    bool m_known = false; // that they still are the same
 };
 
 // Rows of the catalog and of the rights in a bare file.

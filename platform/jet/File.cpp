@@ -101,6 +101,7 @@ void Scope::commit()
     m_open = false;
     m_parts.touch();
     m_parts.pager().commit();
+    m_parts.committed();
 }
 
 } // namespace vardelin::jet

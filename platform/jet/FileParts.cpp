@@ -18,6 +18,13 @@ void FileParts::enter()
     m_version = m_pager->version();
 }
 
+// Nobody else can have written since enter(), for the section held the lock.
+void FileParts::committed()
+{
+    m_version = m_pager->version();
+    touch();
+}
+
 void FileParts::forget()
 {
     m_catalog.forget();
@@ -53,38 +60,53 @@ Table &FileParts::userTable(const CatalogEntry &entry)
     return *table;
 }
 
-void FileParts::readProperties(TableDefinition &definition)
+Bytes FileParts::propertiesAt(RowId catalogRow)
 {
     Table &objects = m_catalog.objects();
-    const Cell blob = objects.row(definition.catalogRow).cell(Catalog::columnsOf(objects).lvProp);
-    if (const Bytes *bytes = std::get_if<Bytes>(&blob)) {
-        definition.properties = *bytes;
-        applyProperties(*bytes, {*m_pager, definition.catalogRow.page}, definition.columns);
-    }
+    Cell blob = objects.row(catalogRow).cell(Catalog::columnsOf(objects).lvProp);
+    Bytes *bytes = std::get_if<Bytes>(&blob);
+    return bytes ? std::move(*bytes) : Bytes();
+}
+
+void FileParts::readProperties(TableDefinition &definition)
+{
+    definition.properties = propertiesAt(definition.catalogRow);
+    if (!definition.properties.empty())
+        applyProperties(definition.properties, {*m_pager, definition.catalogRow.page}, definition.columns);
+}
+
+// Whether the file says the same of the table as it did when the definition was parsed.
+bool FileParts::isCurrent(const TableDefinition &definition, const DefinitionBytes &source)
+{
+    if (source.pages != definition.pages)
+        return false;
+    Bytes fixed = source.bytes;
+    blankCounts(fixed);
+    if (fixed != definition.fixedContent)
+        return false;
+    const bool base = definition.page() <= kRelationshipsPage;
+    return base || propertiesAt(definition.catalogRow) == definition.properties;
 }
 
 void FileParts::refresh(TableDefinition &definition)
 {
-    TableDefinition fresh;
     const PageNo page = definition.page();
     const bool base = page <= kRelationshipsPage;
     const CatalogEntry *entry = base ? nullptr : m_catalog.find(page);
     if (!base && !entry)
         throw Error(Code::TableNotFound, toUtf8(definition.name));
+    if (entry)
+        definition.catalogRow = entry->row;
     DefinitionBytes source = readDefinition(*m_pager, page);
-    fresh = parseDefinition(*m_pager, std::move(source));
-    fresh.name = base ? definition.name : entry->name;
-    if (!base) {
-        fresh.catalogRow = entry->row;
-        readProperties(fresh);
-    }
     // Those who hold a reference to the columns keep it as long as nothing has changed.
-    const bool same = fresh.fixedContent == definition.fixedContent &&
-                      fresh.properties == definition.properties && fresh.pages == definition.pages &&
-                      fresh.name == definition.name;
-    definition.catalogRow = fresh.catalogRow;
-    if (!same)
-        definition = std::move(fresh);
+    if ((base || definition.name == entry->name) && isCurrent(definition, source))
+        return;
+    TableDefinition fresh = parseDefinition(*m_pager, std::move(source));
+    fresh.name = base ? definition.name : entry->name;
+    fresh.catalogRow = definition.catalogRow;
+    if (!base)
+        readProperties(fresh);
+    definition = std::move(fresh);
 }
 
 } // namespace vardelin::jet

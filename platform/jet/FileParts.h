@@ -3,11 +3,12 @@
 // for.
 //
 // Invariants:
-//   1. Knowledge kept in memory (catalog, definitions) is of `generation`; it is looked at anew whenever the
-//   pager's version has
-//      changed or changes were undone.
+//   1. Knowledge kept in memory (catalog, definitions) is of `generation`; it is compared with the bytes of
+//   the
+//      file whenever others have committed or changes were undone. Our own commits change rows and counts,
+//      not the knowledge; what does (a new table, rows of the catalog) calls forget().
 //   2. A Table lives as long as the File. Its definition object is replaced only if the file holds another
-//   one now.
+//      one now.
 
 #include "platform/jet/Allocation.h"
 #include "platform/jet/Catalog.h"
@@ -30,7 +31,8 @@ public:
 
     // Right behind the begin of a section: notices what others have committed.
     void enter();
-    void forget(); // changes were undone, or a table was made
+    void committed(); // right behind a commit of ours
+    void forget();    // changes were undone, or the catalog was changed
     // A place in the file that was looked up is to be looked up again when this number has changed.
     std::uint64_t changes() const { return m_changes; }
     void touch() { ++m_changes; }
@@ -42,7 +44,9 @@ public:
     void refresh(TableDefinition &definition);
 
 private:
+    Bytes propertiesAt(RowId catalogRow);
     void readProperties(TableDefinition &definition);
+    bool isCurrent(const TableDefinition &definition, const DefinitionBytes &source);
     std::unique_ptr<Pager> m_pager;
     Allocation m_allocation;
     Catalog m_catalog;
@@ -77,7 +81,7 @@ public:
     void commit()
     {
         m_section.commit();
-        m_parts.touch();
+        m_parts.committed();
         m_done = true;
     }
     Writing(const Writing &) = delete;

@@ -106,11 +106,14 @@ public:
 private:
     friend class File;
     friend class FileParts;
+    friend class Catalog;
+    friend class Compaction;
     friend class RowView;
     friend class Cursor;
     friend struct RowReader;
     Table(FileParts &file, std::unique_ptr<TableDefinition> definition);
     const TableDefinition &current() const; // in a section: as the file has it now
+    void noteChange();
     FileParts &m_file;
     std::unique_ptr<TableDefinition> m_definition;
     mutable std::uint64_t m_generation = 0; // of FileParts, that the definition was last compared with

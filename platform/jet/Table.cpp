@@ -232,11 +232,19 @@ std::vector<RowId> Table::inOrder(const LogicalIndex &index) const
     return rows;
 }
 
+// A row of the catalog may be a table that has come or gone.
+void Table::noteChange()
+{
+    if (m_definition->page() == kObjectsPage)
+        m_file.forget();
+}
+
 RowId Table::insert(std::span<const ColumnValue> values)
 {
     Writing writing(m_file);
     const RowId id = RowWriter(m_file, *this, current()).insert(values, m_givenAutoNumber);
     writing.commit();
+    noteChange();
     return id;
 }
 
@@ -245,6 +253,7 @@ void Table::update(RowId id, std::span<const ColumnValue> values)
     Writing writing(m_file);
     RowWriter(m_file, *this, current()).update(id, values);
     writing.commit();
+    noteChange();
 }
 
 void Table::erase(RowId id)
@@ -252,6 +261,7 @@ void Table::erase(RowId id)
     Writing writing(m_file);
     RowWriter(m_file, *this, current()).erase(id);
     writing.commit();
+    noteChange();
 }
 
 } // namespace vardelin::jet
