@@ -163,17 +163,15 @@ private:
 // same. Where they weigh unlike, `order` tells it.
 std::size_t skipPlainStart(std::u16string_view left, std::u16string_view right, int &order)
 {
+    const auto &plain = plainLatinBytes();
     const std::size_t common = std::min(left.size(), right.size());
     std::size_t i = 0;
-    for (; i < common; ++i) {
-        if ((left[i] | right[i]) > 0xFF)
+    for (; i < common && (left[i] | right[i]) <= 0xFF; ++i) {
+        const std::uint8_t l = plain[left[i]], r = plain[right[i]];
+        if (l == 0 || r == 0)
             break;
-        const TextWeight &l = latinWeight(left[i]);
-        const TextWeight &r = latinWeight(right[i]);
-        if (!l.isPlainByte() || !r.isPlainByte())
-            break;
-        if (l.inlineBytes != r.inlineBytes) {
-            order = l.inlineBytes < r.inlineBytes ? -1 : 1;
+        if (l != r) {
+            order = l < r ? -1 : 1;
             break;
         }
     }

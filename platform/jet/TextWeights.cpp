@@ -569,11 +569,22 @@ constexpr std::array<TextWeight, 256> latinTable()
 
 constexpr std::array<TextWeight, 256> kLatin = latinTable();
 
+constexpr std::array<std::uint8_t, 256> plainBytes()
+{
+    std::array<std::uint8_t, 256> bytes{};
+    for (std::size_t unit = 0; unit < bytes.size(); ++unit)
+        if (kLatin[unit].kind == Kind::Plain && kLatin[unit].inlineLength == 1)
+            bytes[unit] = static_cast<std::uint8_t>(kLatin[unit].inlineBytes);
+    return bytes;
+}
+
+constexpr std::array<std::uint8_t, 256> kPlainBytes = plainBytes();
+
 } // namespace
 
-const TextWeight &latinWeight(char16_t unit)
+const std::array<std::uint8_t, 256> &plainLatinBytes()
 {
-    return kLatin[unit];
+    return kPlainBytes;
 }
 
 TextWeight textWeight(char16_t unit)

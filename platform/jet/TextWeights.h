@@ -1,6 +1,7 @@
 #pragma once
 // What each UTF-16 unit contributes to a text key. Only TextOrder.cpp looks at it.
 
+#include <array>
 #include <cstdint>
 
 namespace vardelin::jet {
@@ -22,11 +23,10 @@ struct TextWeight
     std::uint8_t code = 0;         // Punct, Mark
     std::uint32_t inlineBytes = 0; // the first byte of the key is the most significant
     std::uint16_t extraBytes = 0;
-
-    bool isPlainByte() const { return kind == Kind::Plain && inlineLength == 1; }
 };
 
-const TextWeight &latinWeight(char16_t unit); // U+0000 to U+00FF, by one look
+// For U+0000 to U+00FF: the inline byte of a unit that contributes nothing else, 0 for all others.
+const std::array<std::uint8_t, 256> &plainLatinBytes();
 TextWeight textWeight(char16_t unit);
 
 } // namespace vardelin::jet
