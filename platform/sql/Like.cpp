@@ -113,26 +113,50 @@ void LikePattern::findShape()
     m_shift.fill(m_needle.size());
     for (std::size_t i = 0; i + 1 < m_needle.size(); ++i)
         m_shift[m_needle[i] & 0xFF] = m_needle.size() - 1 - i;
+    for (std::size_t byte = 0; byte < m_byteStep.size() && !m_needle.empty(); ++byte) {
+        const char16_t c = foldTable()[byte];
+        m_byteStep[byte] = c == m_needle.back() ? 0 : m_shift[c & 0xFF];
+    }
 }
 
-// Compares at each place from the end of the needle, and goes on by how far the text's character there lies
-// from that end.
+// The needle ends behind text[end - 1]: are the characters ahead of it the needle's?
 template <class Unit>
-bool LikePattern::contains(std::span<const Unit> text) const
+bool LikePattern::endsAt(const Unit *text, std::size_t end) const
 {
     const char16_t *const folds = foldTable();
     const std::size_t length = m_needle.size();
-    for (std::size_t end = length; end <= text.size();) {
-        const char16_t last = folds[static_cast<std::size_t>(text[end - 1])];
-        if (last == m_needle[length - 1]) {
-            std::size_t i = 1;
-            while (i < length &&
-                   folds[static_cast<std::size_t>(text[end - 1 - i])] == m_needle[length - 1 - i])
-                ++i;
-            if (i == length)
-                return true;
-        }
+    for (std::size_t i = 1; i <= length; ++i) {
+        if (folds[static_cast<std::size_t>(text[end - i])] != m_needle[length - i])
+            return false;
+    }
+    return true;
+}
+
+// Looks at every character that the needle's end may lie on, and goes on by how far that character lies from
+// the end in the needle.
+bool LikePattern::containedIn(std::span<const char16_t> text) const
+{
+    const char16_t *const folds = foldTable();
+    for (std::size_t end = m_needle.size(); end <= text.size();) {
+        const char16_t last = folds[text[end - 1]];
+        if (last == m_needle.back() && endsAt(text.data(), end))
+            return true;
         end += m_shift[last & 0xFF];
+    }
+    return false;
+}
+
+// The same with the step of each byte known, none where the needle may end: one look-up a step.
+bool LikePattern::containedIn(std::span<const std::byte> text) const
+{
+    for (std::size_t end = m_needle.size(); end <= text.size();) {
+        if (const std::size_t step = m_byteStep[std::to_integer<std::size_t>(text[end - 1])]; step != 0) {
+            end += step;
+            continue;
+        }
+        if (endsAt(text.data(), end))
+            return true;
+        end += m_shift[m_needle.back() & 0xFF];
     }
     return false;
 }
@@ -186,7 +210,7 @@ bool LikePattern::matches(QStringView text) const
                std::equal(text.begin(), text.end(), m_needle.begin(),
                           [](QChar c, char16_t n) { return fold(c) == n; });
     case Shape::Contains:
-        return contains(std::span(text.utf16(), static_cast<std::size_t>(text.size())));
+        return containedIn(std::span(text.utf16(), static_cast<std::size_t>(text.size())));
     case Shape::General:
         break;
     }
@@ -198,7 +222,7 @@ bool LikePattern::matchesStored(std::span<const std::byte> stored) const
     if (m_shape == Shape::Anything)
         return true;
     if (m_shape == Shape::Contains && isNarrow(stored))
-        return contains(stored.subspan(2));
+        return containedIn(stored.subspan(2));
     return matches(decodeStored(stored));
 }
 

@@ -17,16 +17,12 @@ QString folded(QStringView text);
 class LikePattern
 {
 public:
-    explicit LikePattern(
-        QStringView pattern); // RunTimeError 93 where a bracket isn't closed or a range runs backward
+    // RunTimeError 93 where a bracket isn't closed or a range runs backward.
+    explicit LikePattern(QStringView pattern);
     bool matches(QStringView text) const;
     // The same for a text as it lies in the file. A pattern that asks for a plain text somewhere searches the
     // bytes themselves.
     bool matchesStored(std::span<const std::byte> stored) const;
-    bool isPlain() const
-    {
-        return m_shape == Shape::Plain;
-    } // no special characters: all of the text must be alike
 
 private:
     enum class Shape { Plain, Anything, Contains, General };
@@ -47,14 +43,17 @@ private:
     void findShape();
     bool matchesOne(const Element &element, char16_t c) const;
     bool matchesGeneral(QStringView text) const;
+    bool containedIn(std::span<const char16_t> text) const;
+    bool containedIn(std::span<const std::byte> text) const;
     template <class Unit>
-    bool contains(std::span<const Unit> text) const;
+    bool endsAt(const Unit *text, std::size_t end) const;
 
     std::vector<Element> m_elements;
     Shape m_shape = Shape::General;
     std::u16string m_needle; // Plain, Contains: folded
-    std::array<std::size_t, 256>
-        m_shift{}; // Contains: how far the search may go on, by the low byte of the folded character
+    // Contains: how far the search may go on, by the low byte of the folded character, and by the byte of a
+    // narrow text.
+    std::array<std::size_t, 256> m_shift{}, m_byteStep{};
 };
 
 } // namespace vardelin::sql
