@@ -25,6 +25,11 @@ void ReleaseSlider::keyPressEvent(QKeyEvent *event)
         keyMoved(value() > before ? 1 : -1);
 }
 
+void ReleaseSlider::wheelEvent(QWheelEvent *event)
+{
+    event->ignore();
+}
+
 void FocusField::focusOutEvent(QFocusEvent *event)
 {
     QLineEdit::focusOutEvent(event);
@@ -135,10 +140,17 @@ void frmDisplay::Slider1_MouseUp()
     resumeNext([this] {
         const int count = Adodc1.Recordset().RecordCount();
         if (const auto position = sliderPosition(Slider1->value(), Slider1->maximum(), count))
-            Adodc1.SetAbsolutePosition(*position);
+            goTo(*position);
         else
             Slider1->setValue(0);
     });
+}
+
+// Where a refused edit keeps the record, the slider goes back to it.
+void frmDisplay::goTo(int position)
+{
+    if (!Adodc1.SetAbsolutePosition(position))
+        Slider1->setValue(sliderValue(place(), Slider1->maximum()));
 }
 
 // A hundred steps over a handful of records would mean keys that seem dead: each moves one record at least.
@@ -146,10 +158,12 @@ void frmDisplay::Slider1_KeyMoved(int direction)
 {
     resumeNext([&] {
         const Place now = place();
+        if (now.count == 0)
+            return Slider1->setValue(0);
         const int asked = sliderPosition(Slider1->value(), Slider1->maximum(), now.count).value_or(1);
         const int next =
             direction > 0 ? std::max(asked, now.position + 1) : std::min(asked, now.position - 1);
-        Adodc1.SetAbsolutePosition(std::clamp(next, 1, std::max(now.count, 1)));
+        goTo(std::clamp(next, 1, now.count));
     });
 }
 

@@ -12,6 +12,10 @@
 #include <QLineEdit>
 #include <QSlider>
 #include <QStackedWidget>
+#include <optional>
+
+class QGridLayout;
+class QScrollArea;
 
 namespace vardelin {
 
@@ -29,6 +33,7 @@ public:
 protected:
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override; // not taken: it would leave the slider beside its record
 };
 
 // A one-line field that tells when it loses the focus to another control.
@@ -56,12 +61,24 @@ public:
     void showSelection(const QString &statement) override;
     void Form_Activate() override;
 
+    QSize sizeHint() const override;
+
     Adodc &control() { return Adodc1; }
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
 
 private:
     // frmDisplayLayout.cpp
+    struct Cell;
+    static const std::vector<Cell> &cells();
     void makeFields();
+    void makeNotes();
+    void makeNavigator();
+    void makeLabels();
     void layOut();
+    void arrangeFields();
+    void setTabOrders();
     void makeMenus();
     void makeToolbar();
     void bindFields();
@@ -73,6 +90,7 @@ private:
     void Adodc1_MoveComplete(MoveReason reason);
     void Slider1_MouseUp();
     void Slider1_KeyMoved(int direction);
+    void goTo(int position);
     void Text4_LostFocus();
     void mnuText_Click();
     void mnuGraphics_Click();
@@ -98,6 +116,10 @@ private:
     NotesEdit *RichTextBox2; // text view: words alone
     NotesEdit *RichTextBox1; // graphics view
     QStackedWidget *m_views;
+    QScrollArea *m_body = nullptr;    // fields and notes, which a small window can't hold at once
+    QGridLayout *m_grid = nullptr;    // the fields, each below its caption
+    std::vector<QLabel *> m_captions; // of the fields, in their order
+    std::optional<bool> m_wide;       // as the fields stand
     RecordNavigator *m_navigator = nullptr;
     ReleaseSlider *Slider1;
     QToolBar *Toolbar1;

@@ -7,11 +7,18 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QScrollArea>
 #include <QTextDocument>
 
 using namespace Qt::StringLiterals;
 
 namespace vardelin {
+
+namespace {
+
+constexpr int kMargin = 12;
+
+} // namespace
 
 void frmDisplay::makeFields()
 {
@@ -36,6 +43,13 @@ void frmDisplay::makeFields()
         edit->setAccessibleName(field.caption);
         this->*field.member = edit;
     }
+    makeNotes();
+    makeNavigator();
+    makeLabels();
+}
+
+void frmDisplay::makeNotes()
+{
     for (NotesEdit **box : {&RichTextBox1, &RichTextBox2})
         *box = new NotesEdit;
     RichTextBox1->setObjectName(u"RichTextBox1"_s);
@@ -46,7 +60,10 @@ void frmDisplay::makeFields()
     m_views = new QStackedWidget;
     m_views->addWidget(RichTextBox2);
     m_views->addWidget(RichTextBox1);
+}
 
+void frmDisplay::makeNavigator()
+{
     m_navigator = new RecordNavigator(Adodc1, m_global.services.dialogs, m_global.services.errors);
     m_navigator->setObjectName(u"Adodc1"_s);
     m_navigator->setToolTip(
@@ -57,6 +74,10 @@ void frmDisplay::makeFields()
     Slider1->setRange(0, 100);
     Slider1->setSingleStep(1);
     Slider1->setPageStep(5);
+}
+
+void frmDisplay::makeLabels()
+{
     Label1 = new QLabel;
     Label1->setObjectName(u"Label1"_s);
     Label1->setTextFormat(Qt::PlainText);
@@ -135,66 +156,129 @@ void frmDisplay::bindFields()
     Adodc1.MoveComplete = [this](MoveReason reason) { Adodc1_MoveComplete(reason); };
     // The data control shows an error by itself, and the record stays.
     Adodc1.onError = [this](const RunTimeError &error) {
-        m_global.services.dialogs.msgBox({error.description()});
+        m_global.services.dialogs.msgBox({.prompt = error.description(), .icon = Icon::Exclamation});
     };
     Slider1->mouseReleased = [this] { m_global.services.errors.run([this] { Slider1_MouseUp(); }); };
     Slider1->keyMoved = [this](int direction) {
         m_global.services.errors.run([this, direction] { Slider1_KeyMoved(direction); });
     };
-    Text4->lostFocus = [this] { m_global.services.errors.run([this] { Text4_LostFocus(); }); };
+    // A rate that is no number is told; a tip that can't be worked out is no reason to end the program.
+    Text4->lostFocus = [this] {
+        try {
+            Text4_LostFocus();
+        } catch (const RunTimeError &error) {
+            m_global.services.errors.report(error);
+        }
+    };
+}
+
+// The fields in order of Tab, and where each stands in the grid: column and number of columns in a wide
+// window, with three columns of two, and in a narrow one, with two.
+struct frmDisplay::Cell
+{
+    FocusField *frmDisplay::*field;
+    int wideRow, wideColumn, wideColumns;
+    int narrowRow, narrowColumn, narrowColumns;
+};
+
+const std::vector<frmDisplay::Cell> &frmDisplay::cells()
+{
+    static const std::vector<Cell> cells{
+        {&frmDisplay::Text1, 0, 0, 2, 0, 0, 1}, {&frmDisplay::Text2, 0, 2, 2, 0, 1, 1},
+        {&frmDisplay::Text3, 0, 4, 2, 1, 0, 2}, {&frmDisplay::Text5, 1, 0, 4, 2, 0, 2},
+        {&frmDisplay::Text4, 1, 4, 1, 3, 0, 1}, {&frmDisplay::Text6, 1, 5, 1, 3, 1, 1},
+        {&frmDisplay::Text7, 2, 0, 2, 4, 0, 1}, {&frmDisplay::Text9, 2, 2, 2, 4, 1, 1},
+        {&frmDisplay::Text8, 2, 4, 2, 5, 0, 1}};
+    return cells;
 }
 
 void frmDisplay::layOut()
 {
-    auto *grid = new QGridLayout;
-    grid->setHorizontalSpacing(12);
-    grid->setVerticalSpacing(2);
-    const auto put = [&](FocusField *field, int row, int column, int columns) {
-        auto *caption = new QLabel(field->accessibleName());
+    auto *content = new QWidget;
+    m_grid = new QGridLayout;
+    m_grid->setHorizontalSpacing(12);
+    m_grid->setVerticalSpacing(2);
+    for (const Cell &cell : cells()) {
+        FocusField *field = this->*cell.field;
+        auto *caption = new QLabel(field->accessibleName().replace(u'&', u"&&"_s));
         caption->setTextFormat(Qt::PlainText);
         caption->setBuddy(field);
-        grid->addWidget(caption, 2 * row, column, 1, columns);
-        grid->addWidget(field, 2 * row + 1, column, 1, columns);
-    };
-    put(Text1, 0, 0, 2);
-    put(Text2, 0, 2, 2);
-    put(Text3, 0, 4, 2);
-    put(Text5, 1, 0, 4);
-    put(Text4, 1, 4, 1);
-    put(Text6, 1, 5, 1);
-    put(Text7, 2, 0, 2);
-    put(Text9, 2, 2, 2);
-    put(Text8, 2, 4, 2);
-    for (int column = 0; column < 6; ++column)
-        grid->setColumnStretch(column, 1);
-    for (int row = 0; row < 3; ++row)
-        grid->setRowMinimumHeight(2 * row, 20);
+        caption->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
+        m_captions.push_back(caption);
+    }
+    auto *inside = new QVBoxLayout(content);
+    inside->setContentsMargins(kMargin, 8, kMargin, 8);
+    inside->setSpacing(8);
+    inside->addLayout(m_grid);
+    inside->addWidget(m_views, 1);
+    m_views->setMinimumHeight(72);
+    m_body = new QScrollArea;
+    m_body->setFrameShape(QFrame::NoFrame);
+    m_body->setWidgetResizable(true);
+    m_body->setFocusPolicy(Qt::NoFocus);
+    m_body->setWidget(content);
+    arrangeFields();
 
     auto *lower = new QHBoxLayout;
-    lower->setSpacing(12);
+    lower->setContentsMargins(kMargin, 4, kMargin, 0);
+    lower->setSpacing(kMargin);
     lower->addWidget(m_navigator, 2);
     lower->addWidget(Slider1, 3);
-
-    auto *body = new QVBoxLayout;
-    body->setContentsMargins(12, 8, 12, 4);
-    body->setSpacing(8);
-    body->addLayout(grid);
-    body->addWidget(m_views, 1);
-    body->addLayout(lower);
-    body->addWidget(Label1);
-    m_views->setMinimumHeight(72);
+    Label1->setMargin(3);
+    Label1->setIndent(kMargin - 3);
     Label1->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Fixed);
     auto *all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
     all->setSpacing(0);
     all->addWidget(Toolbar1);
-    all->addLayout(body, 1);
-
-    QWidget *const order[]{Text1, Text2, Text3,        Text5,        Text4,       Text6,  Text7,
-                           Text9, Text8, RichTextBox2, RichTextBox1, m_navigator, Slider1};
-    for (std::size_t i = 1; i < std::size(order); ++i)
-        setTabOrder(order[i - 1], order[i]);
+    all->addWidget(m_body, 1);
+    all->addLayout(lower);
+    all->addWidget(Label1);
+    setTabOrders();
     giveClipboardKeysToMenu(this);
+}
+
+// Three fields abreast where a date and time has room in each, else two.
+void frmDisplay::arrangeFields()
+{
+    const int date = Text7->fontMetrics().horizontalAdvance(u"12/28/2026 10:28:38 PM  "_s);
+    const bool wide = width() >= 3 * date + 4 * kMargin;
+    if (wide == m_wide)
+        return;
+    m_wide = wide;
+    for (std::size_t i = 0; i < cells().size(); ++i) {
+        const Cell &cell = cells()[i];
+        const int row = 2 * (wide ? cell.wideRow : cell.narrowRow);
+        const int column = wide ? cell.wideColumn : cell.narrowColumn;
+        const int columns = wide ? cell.wideColumns : cell.narrowColumns;
+        m_grid->addWidget(m_captions[i], row, column, 1, columns);
+        m_grid->addWidget(this->*cell.field, row + 1, column, 1, columns);
+    }
+    for (int column = 0; column < 6; ++column)
+        m_grid->setColumnStretch(column, wide || column < 2 ? 1 : 0);
+}
+
+void frmDisplay::setTabOrders()
+{
+    QWidgetList order;
+    for (const Cell &cell : cells())
+        order += this->*cell.field;
+    order += {RichTextBox2,      RichTextBox1, m_navigator->first, m_navigator->previous, m_navigator->next,
+              m_navigator->last, Slider1};
+    for (qsizetype i = 1; i < order.size(); ++i)
+        setTabOrder(order[i - 1], order[i]);
+    tabToButtonsLast(this);
+}
+
+void frmDisplay::resizeEvent(QResizeEvent *event)
+{
+    DisplayWindow::resizeEvent(event);
+    arrangeFields();
+}
+
+QSize frmDisplay::sizeHint() const
+{
+    return {640, 480};
 }
 
 void frmDisplay::setHints()
@@ -220,6 +304,8 @@ void frmDisplay::setHints()
         return u"  Use this slider to navigate through "_s + QString::number(count) +
                u" Vardelin records  "_s;
     });
+    for (QWidget *plain : {static_cast<QWidget *>(Text6), static_cast<QWidget *>(m_navigator)})
+        onMouseOver(plain, [] {}); // neither a hint nor the free area
     onMouseOver(this, [this] { showFile(); });
     onMouseOver(Toolbar1, [this] { showFile(); });
 }
