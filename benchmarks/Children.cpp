@@ -8,6 +8,7 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QScreen>
 #include <QStyle>
 #include <cstdio>
@@ -73,6 +74,16 @@ double steps(frmDisplay &window, bool (Adodc::*move)())
     return median(times);
 }
 
+// Half of a small screen, where the program starts, doesn't show the notes.
+void showWhole(Program &program, frmDisplay &window)
+{
+    program.mainWindow().resize(1200, 900);
+    QCoreApplication::processEvents();
+    program.mainWindow().area().setActiveSubWindow(qobject_cast<QMdiSubWindow *>(window.parentWidget()));
+    window.parentWidget()->setGeometry(0, 0, 900, 700);
+    QCoreApplication::processEvents();
+}
+
 } // namespace
 
 int startProgram(int argc, char **argv)
@@ -88,7 +99,7 @@ int startProgram(int argc, char **argv)
     return 0;
 }
 
-int startBareWindow(int argc, char **argv)
+int startBareWindow(int argc, char **argv, bool withMenu)
 {
     QApplication application(argc, argv);
     if (QApplication::style()->name() == "windows"_L1)
@@ -96,6 +107,8 @@ int startBareWindow(int argc, char **argv)
     QMainWindow window;
     auto *area = new QMdiArea(&window);
     window.setCentralWidget(area);
+    if (withMenu)
+        window.menuBar()->addMenu(u"&File"_s);
     window.resize(QGuiApplication::primaryScreen()->availableSize() / 2);
     PaintWatch watch({[area](QWidget *painted) { return painted == area->viewport(); }});
     window.show();
@@ -118,9 +131,7 @@ int useDisplay(int argc, char **argv)
     tell("open_display", median(openings));
 
     frmDisplay &window = firstDisplay(program);
-    program.mainWindow().area().setActiveSubWindow(qobject_cast<QMdiSubWindow *>(window.parentWidget()));
-    window.parentWidget()->raise();
-    QCoreApplication::processEvents();
+    showWhole(program, window);
     tell("first_record", step(window, &Adodc::MoveFirst));
     tell("next_record", steps(window, &Adodc::MoveNext));
     tell("previous_record", steps(window, &Adodc::MovePrevious));

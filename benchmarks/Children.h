@@ -8,8 +8,9 @@ namespace vardelin::bench {
 // on the screen, in nanoseconds of the clock that all processes share; "records": how many it shows.
 int startProgram(int argc, char **argv);
 
-// A main window with an empty MDI area, of the size that the program's has. "painted" as above.
-int startBareWindow(int argc, char **argv);
+// A main window with an empty MDI area, of the size that the program's has, and a menu bar of one word on
+// request: the first text that is painted makes Qt look for all fonts. "painted" as above.
+int startBareWindow(int argc, char **argv, bool withMenu);
 
 // "open_display", "first_record", "next_record", "previous_record": seconds, the middle one of many.
 int useDisplay(int argc, char **argv);

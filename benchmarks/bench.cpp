@@ -75,9 +75,10 @@ double secondsToPaint(const QString &what, int expectedRecords)
 
 void measureStarts(const QString &empty, const QString &large)
 {
-    std::vector<double> bareTimes, emptyTimes, largeTimes;
+    std::vector<double> bareTimes, menuTimes, emptyTimes, largeTimes;
     for (int i = 0; i <= kStarts; ++i) {
         const double bare = secondsToPaint(u"--bare-window"_s, 0);
+        const double withMenu = secondsToPaint(u"--bare-window-menu"_s, 0);
         chooseFile(empty);
         const double onEmpty = secondsToPaint(u"--program"_s, 0);
         chooseFile(large);
@@ -85,10 +86,12 @@ void measureStarts(const QString &empty, const QString &large)
         if (i == 0)
             continue; // warms up
         bareTimes.push_back(bare);
+        menuTimes.push_back(withMenu);
         emptyTimes.push_back(onEmpty);
         largeTimes.push_back(onLarge);
     }
     tell("start_bare_window", median(bareTimes));
+    tell("start_bare_window_with_menu", median(menuTimes));
     tell("start_empty_file", median(emptyTimes));
     tell("start_100000_logs", median(largeTimes));
     tellGoal("start_empty_file/bare", median(emptyTimes) / median(bareTimes), 1.5);
@@ -141,7 +144,9 @@ int main(int argc, char **argv)
         if (std::strcmp(argument, "--program") == 0)
             return startProgram(argc, argv);
         if (std::strcmp(argument, "--bare-window") == 0)
-            return startBareWindow(argc, argv);
+            return startBareWindow(argc, argv, false);
+        if (std::strcmp(argument, "--bare-window-menu") == 0)
+            return startBareWindow(argc, argv, true);
         if (std::strcmp(argument, "--display") == 0)
             return useDisplay(argc, argv);
         QCoreApplication application(argc, argv);
