@@ -1,40 +1,23 @@
 #include "platform/jet/RowWriter.h"
 
-#include "platform/jet/IndexTree.h"
 #include "platform/jet/LongValue.h"
 
 #include <algorithm>
 
 namespace vardelin::jet {
 
-namespace {
-
-// Gives the tree of an index its pages.
-class PagesOfIndex : public IndexPages
+PageNo PagesOfIndex::allocate()
 {
-public:
-    PagesOfIndex(Pager &pager, Allocation &allocation, RowId map)
-        : m_pager(pager), m_allocation(allocation), m_map(pager, map)
-    {}
-    PageNo allocate() override
-    {
-        const PageNo page = m_allocation.allocate();
-        m_map.add(page, m_allocation);
-        return page;
-    }
-    void release(PageNo page) override
-    {
-        m_map.remove(page);
-        m_allocation.release(page, std::to_integer<std::uint8_t>(m_pager.page(page)[0]));
-    }
+    const PageNo page = m_allocation.allocate();
+    m_map.add(page, m_allocation);
+    return page;
+}
 
-private:
-    Pager &m_pager;
-    Allocation &m_allocation;
-    UsageMap m_map;
-};
-
-} // namespace
+void PagesOfIndex::release(PageNo page)
+{
+    m_map.remove(page);
+    m_allocation.release(page, std::to_integer<std::uint8_t>(m_pager.page(page)[0]));
+}
 
 RowWriter::RowWriter(FileParts &parts, const Table &table, const TableDefinition &definition)
     : m_parts(parts), m_table(table), m_definition(definition), m_pager(parts.pager()),
@@ -177,7 +160,8 @@ void RowWriter::changeKeys(const std::vector<KeyChange> &changes, RowId row)
             Place{m_pager, row.page}.damaged("row " + std::to_string(row.row) + " isn't in an index");
         if (!change.after)
             continue;
-        if (!tree.find(change.after->bytes)) {
+        const bool isNew = change.index->unique && !change.after->allNull; // checkUnique() has found none
+        if (isNew || !tree.find(change.after->bytes)) {
             std::byte *count = m_pager.change(m_definition.page()) + kIndexCountsAt +
                                12 * std::size_t{change.index->number} + 4;
             store(count, load<std::uint32_t>(count) + 1);
@@ -209,7 +193,7 @@ void RowWriter::releaseLongValue(std::size_t column, std::span<const std::byte> 
 
 RowId RowWriter::place(std::span<const std::byte> row, std::uint16_t flags)
 {
-    const PageNo last = m_owned.last();
+    const PageNo last = m_owned.previous(m_pager.pageCount() - 1);
     PageNo page = last;
     if (last != kNoPage)
         DataPage(m_pager, last).requireOwner(m_definition.page());

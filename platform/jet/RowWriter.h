@@ -13,10 +13,27 @@
 //   5. A page left without a live row, forward or moved row is freed.
 
 #include "platform/jet/FileParts.h"
+#include "platform/jet/IndexTree.h"
 #include "platform/jet/RowPlan.h"
 #include "platform/jet/RowReader.h"
 
 namespace vardelin::jet {
+
+// Gives the tree of an index its pages.
+class PagesOfIndex : public IndexPages
+{
+public:
+    PagesOfIndex(Pager &pager, Allocation &allocation, RowId map)
+        : m_pager(pager), m_allocation(allocation), m_map(pager, map)
+    {}
+    PageNo allocate() override;
+    void release(PageNo page) override;
+
+private:
+    Pager &m_pager;
+    Allocation &m_allocation;
+    UsageMap m_map;
+};
 
 class RowWriter
 {

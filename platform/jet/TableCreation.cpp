@@ -167,26 +167,6 @@ DefinitionDraft draftOf(const NewTable &table)
 
 // ---- Its pages
 
-// Puts usage maps on pages of their own, one behind the other.
-class MapRows
-{
-public:
-    explicit MapRows(FileParts &parts) : m_parts(parts) {}
-    // `together`: so many maps must lie on one page from this one on.
-    RowId add(const Bytes &map, std::size_t together = 1)
-    {
-        if (m_page == 0 || DataPage(m_parts.pager(), m_page).freeSpace() < together * (kMapRow + 2)) {
-            m_page = m_parts.allocation().allocate();
-            DataPageEditor::init(m_parts.pager().change(m_page), 0);
-        }
-        return {m_page, DataPageEditor(m_parts.pager(), m_page).add(map)};
-    }
-
-private:
-    FileParts &m_parts;
-    PageNo m_page = 0;
-};
-
 // Page of the definition, page of the maps, roots: in this order they are allocated; then the maps are
 // written.
 std::vector<PageNo> layOut(FileParts &parts, DefinitionDraft &draft)
@@ -351,6 +331,15 @@ void layOutBase(Pager &pager, DefinitionDraft &draft, PageNo page, PageNo &root)
 }
 
 } // namespace
+
+RowId MapRows::add(const Bytes &map, std::size_t together)
+{
+    if (m_page == 0 || DataPage(m_parts.pager(), m_page).freeSpace() < together * (kMapRow + 2)) {
+        m_page = m_parts.allocation().allocate();
+        DataPageEditor::init(m_parts.pager().change(m_page), 0);
+    }
+    return {m_page, DataPageEditor(m_parts.pager(), m_page).add(map)};
+}
 
 PageNo createTable(FileParts &parts, const NewTable &table)
 {

@@ -16,6 +16,19 @@ namespace vardelin::jet {
 // TooManyIndexes, RecordTooLarge (fixed columns that no row can hold).
 PageNo createTable(FileParts &parts, const NewTable &table);
 
+// Puts usage maps on pages of their own, one behind the other.
+class MapRows
+{
+public:
+    explicit MapRows(FileParts &parts) : m_parts(parts) {}
+    // `together`: so many maps must lie on one page from this one on.
+    RowId add(const Bytes &map, std::size_t together = 1);
+
+private:
+    FileParts &m_parts;
+    PageNo m_page = 0;
+};
+
 // Fills an empty file; in a write section.
 void createBareFile(FileParts &parts);
 

@@ -87,6 +87,8 @@ inline Said check(const std::string &arguments)
 // Many questions to one process of the judge, which reads a file once; each is a list of arguments.
 inline std::vector<Said> checkAll(const std::vector<std::vector<std::string>> &questions)
 {
+    if (questions.empty())
+        return {};
     static constexpr const char *kDriver =
         "import functools, sys; sys.path.insert(0, sys.argv[1]); import jetcheck\n"
         "jetcheck.load = functools.lru_cache(None)(jetcheck.load)\n"
