@@ -73,13 +73,14 @@ bool IndexPath::onlyTails() const
                        [](const IndexStep &step) { return step.tail; });
 }
 
-IndexPath descend(Pager &pager, PageNo table, PageNo root, const IndexPlace &sought)
+IndexPath descend(Pager &pager, PageNo table, PageNo root, const IndexPlace &sought,
+                  std::optional<IndexPageView> &leaf)
 {
     IndexPath path;
     for (PageNo page = root;;) {
         if (path.full() || path.contains(page))
             pager.damaged(pageName(page) + "the tree of the index leads back to itself or is too deep");
-        const IndexPageView view(pager, page, table);
+        const IndexPageView &view = leaf.emplace(pager, page, table);
         std::size_t place = view.lowerBound(sought);
         if (view.leaf()) {
             path.push({page, place, false});
@@ -95,9 +96,10 @@ IndexPath descend(Pager &pager, PageNo table, PageNo root, const IndexPlace &sou
 
 void IndexChange::insert(const IndexPlace &entry)
 {
-    IndexPath path = pathTo(entry);
+    std::optional<IndexPageView> leafView;
+    IndexPath path = descend(m_pager, m_table, m_root, entry, leafView);
     const auto [leaf, at, tail] = path.leaf();
-    const IndexPageView view(m_pager, leaf, m_table);
+    const IndexPageView &view = *leafView;
     const bool greatest = at == view.size(), copied = !path.onlyTails();
     std::string store;
     if (!greatest && view.place(at, store) == entry)
@@ -116,9 +118,10 @@ void IndexChange::insert(const IndexPlace &entry)
 
 bool IndexChange::erase(const IndexPlace &entry)
 {
-    IndexPath path = pathTo(entry);
+    std::optional<IndexPageView> leafView;
+    IndexPath path = descend(m_pager, m_table, m_root, entry, leafView);
     const auto [leaf, at, tail] = path.leaf();
-    const IndexPageView view(m_pager, leaf, m_table);
+    const IndexPageView &view = *leafView;
     std::string store;
     if (at == view.size() || view.place(at, store) != entry)
         return false;

@@ -38,7 +38,9 @@ private:
     std::size_t m_size = 0;
 };
 
-IndexPath descend(Pager &pager, PageNo table, PageNo root, const IndexPlace &sought);
+// The way to the first leaf that can hold an entry that isn't below `sought`; `leaf` becomes its view.
+IndexPath descend(Pager &pager, PageNo table, PageNo root, const IndexPlace &sought,
+                  std::optional<IndexPageView> &leaf);
 
 class IndexChange
 {
@@ -58,7 +60,11 @@ private:
         operator IndexPlace() const { return {key, row}; }
     };
 
-    IndexPath pathTo(const IndexPlace &entry) const { return descend(m_pager, m_table, m_root, entry); }
+    IndexPath pathTo(const IndexPlace &entry) const
+    {
+        std::optional<IndexPageView> leaf;
+        return descend(m_pager, m_table, m_root, entry, leaf);
+    }
     IndexPage read(PageNo page) const { return IndexPageView(m_pager, page, m_table).takeApart(); }
 
     // Writes a changed page, splitting it if it has grown too full. The path is spent afterwards.

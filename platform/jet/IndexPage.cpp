@@ -140,26 +140,33 @@ const char *IndexPageView::problem(PageNo table)
     return readEnds();
 }
 
+// Every visit of a page passes through here, so the loop does no more than it must.
 const char *IndexPageView::readEnds()
 {
+    constexpr std::size_t last = kIndexRoom / 8; // the byte of the last end that there can be
+    static_assert(kIndexRoom % 8 == 0 && last + 1 == kEndsBytes);
+    if ((m_bytes[kEnds + last] & ~std::byte{1}) != std::byte{0})
+        return "an entry of the index ends beyond the page";
     const std::size_t behindKey = kRowBytes + (m_leaf ? 0 : kChildBytes);
-    std::size_t start = 0;
+    std::size_t start = 0, count = 0;
+    bool tooShort = false;
     for (std::size_t i = 0; i < kEndsBytes; i += 8) {
         std::uint64_t bits = 0;
         std::memcpy(&bits, m_bytes + kEnds + i, std::min<std::size_t>(8, kEndsBytes - i));
         for (; bits != 0; bits &= bits - 1) {
             const std::size_t end = 8 * i + static_cast<std::size_t>(std::countr_zero(bits));
-            const std::size_t length = end - start + (m_count == 0 ? 0 : m_prefix);
-            if (end > kIndexRoom)
-                return "an entry of the index ends beyond the page";
-            if (end == 0 || length <= behindKey)
+            if (count == kIndexRoom)
                 return "an entry of the index is too short";
-            if (m_count == 0 && m_prefix > length)
-                return "the common prefix is longer than the first entry of the index";
-            m_ends[m_count++] = static_cast<std::uint16_t>(end);
+            tooShort |= end - start + m_prefix <= behindKey;
+            m_ends[count++] = static_cast<std::uint16_t>(end);
             start = end;
         }
     }
+    m_count = count;
+    if (count != 0 && m_prefix > m_ends[0])
+        return "the common prefix is longer than the first entry of the index";
+    if (tooShort || (count != 0 && m_ends[0] <= behindKey))
+        return "an entry of the index is too short";
     return nullptr;
 }
 

@@ -16,11 +16,12 @@ IndexTree::Cursor IndexTree::begin() const
 
 IndexTree::Cursor IndexTree::seek(std::string_view key) const
 {
-    const IndexPath path = descend(m_pager, m_table, m_root, {key, {}});
+    const auto leaf = std::make_shared<std::optional<IndexPageView>>();
+    const IndexPath path = descend(m_pager, m_table, m_root, {key, {}}, *leaf);
     Cursor cursor;
     cursor.m_pager = &m_pager;
     cursor.m_table = m_table;
-    cursor.m_leaf = std::make_shared<IndexPageView>(m_pager, path.leaf().page, m_table);
+    cursor.m_leaf = {leaf, &**leaf};
     cursor.m_entry = path.leaf().place;
     cursor.load();
     return cursor;
@@ -28,7 +29,14 @@ IndexTree::Cursor IndexTree::seek(std::string_view key) const
 
 std::optional<RowId> IndexTree::find(std::string_view key) const
 {
-    const Cursor cursor = seek(key);
+    std::optional<IndexPageView> leaf;
+    const IndexPath path = descend(m_pager, m_table, m_root, {key, {}}, leaf);
+    if (path.leaf().place < leaf->size()) {
+        std::string store;
+        const IndexPlace found = leaf->place(path.leaf().place, store);
+        return found.key == key ? std::optional(found.row) : std::nullopt;
+    }
+    const Cursor cursor = seek(key); // on a further leaf
     if (cursor.atEnd() || cursor.key() != key)
         return {};
     return cursor.row();

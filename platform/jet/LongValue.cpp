@@ -103,8 +103,7 @@ std::vector<RowId> longValuePieces(Pager &pager, std::span<const std::byte> raw,
         return {header.first};
     }
     std::vector<RowId> pieces;
-    walkChain(pager, header, place,
-              [&](RowId id, std::span<const std::byte>) { pieces.push_back(id); });
+    walkChain(pager, header, place, [&](RowId id, std::span<const std::byte>) { pieces.push_back(id); });
     return pieces;
 }
 
@@ -144,7 +143,7 @@ PageNo LongValuePages::newPage()
 
 PageNo LongValuePages::pageWithRoom(std::size_t bytes) const
 {
-    PageNo page = m_freeSpace.last();
+    PageNo page = m_freeSpace.previous(m_pager.pageCount() - 1);
     for (int tried = 0; page != kNoPage && tried < kPagesTried; ++tried) {
         const DataPage view(m_pager, page);
         view.requireOwner(kLongValueOwner);
