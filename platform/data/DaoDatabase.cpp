@@ -1,5 +1,7 @@
 #include "platform/data/DaoState.h"
+#include "platform/jet/Compact.h"
 
+#include <QFile>
 #include <algorithm>
 #include <utility>
 
@@ -229,6 +231,14 @@ Workspace &DBEngine::Workspaces(int index)
 std::unique_ptr<Database> DBEngine::OpenDatabase(const QString &path)
 {
     return m_workspace.OpenDatabase(path);
+}
+
+void DBEngine::CompactDatabase(const QString &from, const QString &to)
+{
+    const auto native = [](const QString &path) {
+        return std::filesystem::path(QFile::encodeName(path).toStdString());
+    };
+    engineCall([&] { jet::compactFile(native(from), native(to)); });
 }
 
 } // namespace vardelin::dao

@@ -1,5 +1,6 @@
 #include "Office.h"
 
+#include <QDir>
 #include <QFile>
 
 namespace vardelin {
@@ -48,6 +49,29 @@ TEST_F(DaoTest, RefusesFilesThatItCannotCreateOrOpen)
     EXPECT_EQ(errorOf([&] { workspace.OpenDatabase(text.fileName()); }), 3343);
     EXPECT_EQ(errorOf([&] { open()->OpenRecordset(u"Nobody"_s); }), 3078);
     EXPECT_EQ(errorOf([&] { m_engine.Workspaces(1); }), 3265);
+}
+
+TEST_F(DaoTest, CompactsAFileThatNobodyHasOpen)
+{
+    addLogs(1, 40);
+    const QStringList clients = column(u"Vardelins"_s, u"Client"_s);
+    const QString junk = pathOf(u"JUNK.MDB"_s);
+    auto database = open();
+    EXPECT_EQ(errorOf([&] { m_engine.CompactDatabase(path, junk); }), 3045);
+    EXPECT_FALSE(QFile::exists(junk));
+    database.reset();
+    EXPECT_EQ(errorOf([&] { m_engine.CompactDatabase(path, path); }), 3204);
+    EXPECT_EQ(errorOf([&] { m_engine.CompactDatabase(pathOf(u"none.mdb"_s), junk); }), 3024);
+
+    const QString before = QDir::currentPath();
+    ASSERT_TRUE(QDir::setCurrent(m_folder.path()));
+    m_engine.CompactDatabase(path, u"JUNK.MDB"_s);
+    QDir::setCurrent(before);
+    ASSERT_TRUE(QFile::remove(path) && QFile::rename(junk, path));
+    EXPECT_EQ(column(u"Vardelins"_s, u"Client"_s), clients);
+    addLogs(41, 42);
+    EXPECT_EQ(column(u"Vardelins"_s, u"Client"_s).size(), 42);
+    expectSound();
 }
 
 TEST_F(DaoTest, ConvertsAsTheColumnAsks)
