@@ -1,6 +1,5 @@
 #include "contacts/ListWindow.h"
 
-#include "database/Names.h"
 #include "shell/state/Global.h"
 #include "shell/state/Trim.h"
 
@@ -36,16 +35,35 @@ void ListWindow::Form_Load(const std::vector<MenuEntry> &more)
 void ListWindow::fillList()
 {
     QStringList entries;
-    if (m_rows->RecordCount() > 0)
-        for (m_rows->MoveFirst(); !m_rows->EOF_(); m_rows->MoveNext())
-            entries += entryOf(*m_rows);
+    if (rows().RecordCount() > 0)
+        for (rows().MoveFirst(); !rows().EOF_(); rows().MoveNext())
+            entries += entryOf(nameOf(rows()));
     List1->setEntries(entries);
 }
 
-QString ListWindow::entryOf(const dao::Recordset &row) const
+SplitName ListWindow::nameOf(const dao::Recordset &row) const
 {
-    const QString last = joinText(row.Fields(m_design.lastColumn));
-    return m_design.twoNames() ? joinName(last, joinText(row.Fields(m_design.firstColumn))) : last;
+    return {joinText(row.Fields(m_design.lastColumn)),
+            m_design.twoNames() ? joinText(row.Fields(m_design.firstColumn)) : QString()};
+}
+
+QString ListWindow::entryOf(const SplitName &name) const
+{
+    return m_design.twoNames() ? joinName(name.last, name.first) : name.last;
+}
+
+// What an entry says of its row. A last name with a comma and blank of its own splits wrongly: settled.
+SplitName ListWindow::splitEntry(const QString &entry) const
+{
+    return m_design.twoNames() ? splitName(entry).value_or(SplitName()) : SplitName{entry, QString()};
+}
+
+// Only a load that failed quietly leaves a window without its table.
+dao::Recordset &ListWindow::rows()
+{
+    if (!m_rows)
+        throw RunTimeError(RunTime::ObjectNotSet);
+    return *m_rows;
 }
 
 QMenuBar *ListWindow::makeMenu(const std::vector<MenuEntry> &more)
@@ -67,7 +85,7 @@ QMenuBar *ListWindow::makeMenu(const std::vector<MenuEntry> &more)
 
 QGroupBox *ListWindow::frame(const QString &name, const QString &caption, QWidget *field)
 {
-    auto *box = new QGroupBox(caption);
+    auto *box = new QGroupBox(QString(caption).replace(u'&', u"&&"_s)); // the user's own word, no mnemonic
     box->setObjectName(name);
     auto *inside = new QVBoxLayout(box);
     inside->setContentsMargins(8, 6, 8, 8);
@@ -136,10 +154,11 @@ bool ListWindow::listKeyPressed(int qtKey)
     return true;
 }
 
-// Enter in a field that doesn't react to it must not end the window, as a dialog's would.
+// Enter and Esc elsewhere must not end the window, as they end a dialog: Esc would pass for Return.
 void ListWindow::keyPressEvent(QKeyEvent *event)
 {
-    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+    const int key = event->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter && key != Qt::Key_Escape)
         QDialog::keyPressEvent(event);
 }
 
@@ -165,12 +184,12 @@ void ListWindow::addName()
         Text1->setFocus();
         return;
     }
-    m_rows->AddNew();
-    m_rows->SetField(m_design.firstColumn, Trim(Text1->text()));
-    m_rows->SetField(m_design.lastColumn, Trim(Text2->text()));
+    rows().AddNew();
+    rows().SetField(m_design.firstColumn, Trim(Text1->text()));
+    rows().SetField(m_design.lastColumn, Trim(Text2->text()));
     // The table gets the trimmed names, the list the text as it stands: settled.
     List1->addEntry(joinName(Text2->text(), Text1->text()));
-    m_rows->Update();
+    rows().Update();
     Text1->clear();
     Text2->clear();
     Text1->setFocus();
@@ -188,10 +207,10 @@ void ListWindow::addSingle()
         Text1->setFocus();
         return;
     }
-    m_rows->AddNew();
-    m_rows->SetField(m_design.lastColumn, text);
+    rows().AddNew();
+    rows().SetField(m_design.lastColumn, text);
     List1->addEntry(text);
-    m_rows->Update();
+    rows().Update();
     Text1->clear();
     Text1->setFocus();
 }
@@ -208,28 +227,38 @@ void ListWindow::mnuDelete_Click()
     const QList<int> selected = List1->selectedRows();
     if (selected.isEmpty())
         return;
-    QHash<QString, int> doomed;
-    for (const int row : selected)
-        ++doomed[List1->item(row)->text()];
-    if (m_design.twoNames()) {
-        const SplitName name = splitName(List1->item(selected.last())->text()).value_or(SplitName());
-        m_global.ClientLastName = name.last;
-        m_global.ClientFirstName = name.first;
+    QHash<std::pair<QString, QString>, int> doomed;
+    for (const int row : selected) {
+        const SplitName name = splitEntry(List1->item(row)->text());
+        ++doomed[{name.last, name.first}];
+        if (m_design.twoNames()) {
+            m_global.ClientLastName = name.last;
+            m_global.ClientFirstName = name.first;
+        }
     }
+    deleteRows(std::move(doomed));
+    List1->removeRows(selected);
+}
+
+void ListWindow::deleteRows(QHash<std::pair<QString, QString>, int> doomed)
+{
+    if (rows().RecordCount() == 0)
+        return;
     m_database->BeginTrans();
     try {
-        if (m_rows->RecordCount() > 0)
-            for (m_rows->MoveFirst(); !m_rows->EOF_(); m_rows->MoveNext())
-                if (const auto it = doomed.find(entryOf(*m_rows)); it != doomed.end() && it.value() > 0) {
-                    --it.value();
-                    m_rows->Delete();
-                }
+        for (rows().MoveFirst(); !rows().EOF_(); rows().MoveNext()) {
+            const SplitName name = nameOf(rows());
+            const auto wanted = doomed.find({name.last, name.first});
+            if (wanted == doomed.end() || wanted.value() == 0)
+                continue;
+            --wanted.value();
+            rows().Delete();
+        }
     } catch (const RunTimeError &) {
         m_database->CommitTrans(); // what was deleted ahead of the failure stays deleted
         throw;
     }
     m_database->CommitTrans();
-    List1->removeRows(selected);
 }
 
 void ListWindow::mnuDone_Click()

@@ -3,12 +3,14 @@
 // and Delete change the table at once; Done copies the list to the pick-list cache and the calling Data entry
 // window; Return closes without that.
 
+#include "database/Names.h"
 #include "platform/data/Dao.h"
 #include "platform/ui/Controls.h"
 #include "platform/ui/MenuTable.h"
 #include "shell/state/Windows.h"
 
 #include <QDialog>
+#include <QHash>
 #include <QLineEdit>
 
 class QMenuBar;
@@ -71,7 +73,12 @@ private:
     QMenuBar *makeMenu(const std::vector<MenuEntry> &more);
     void addName();
     void addSingle();
-    QString entryOf(const dao::Recordset &row) const;
+    SplitName nameOf(const dao::Recordset &row) const; // a single name: as the last one
+    QString entryOf(const SplitName &name) const;
+    SplitName splitEntry(const QString &entry) const;
+    // How many rows of each last and first name go, at most.
+    void deleteRows(QHash<std::pair<QString, QString>, int> doomed);
+    dao::Recordset &rows();
     QLineEdit *lastText() const { return Text2 ? Text2 : Text1; }
 
     std::unique_ptr<dao::Database> m_database; // open from Load to Unload

@@ -67,6 +67,9 @@ bool frmActivity::listKeyPressed(int qtKey)
             window->focusSummary();
         return true;
     }
+    // Every key in the list leaves the caller's summary line as the field to go on with.
+    if (EntryWindow *window = caller())
+        window->focusSummary();
     return ListWindow::listKeyPressed(qtKey);
 }
 
