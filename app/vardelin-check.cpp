@@ -124,7 +124,7 @@ void printRest(const CheckReport &report, bool verbose)
         std::cout << "Other programs left this behind; it does no harm:\n";
         printFindings(report, Severity::Oddity);
     }
-    if (report.leftOut != 0)
+    if (report.leftOut != 0 && (verbose || !report.sound()))
         std::cout << "And " << counted(report.leftOut, "thing", "things") << " more of these kinds.\n";
 }
 
