@@ -25,11 +25,19 @@ ChangeSet::Copy *ChangeSet::take()
     return copy;
 }
 
+ChangeSet::Copy *&ChangeSet::place(PageNo page)
+{
+    const std::size_t group = page / kGroup;
+    if (group >= m_groups.size())
+        m_groups.resize(group + 1);
+    if (!m_groups[group])
+        m_groups[group] = std::make_unique<Group>(); // of nulls
+    return (*m_groups[group])[page % kGroup];
+}
+
 std::byte *ChangeSet::change(PageNo page, const std::byte *base)
 {
-    if (page >= m_byPage.size())
-        m_byPage.resize(std::max<std::size_t>(page + 1, m_byPage.size() * 2));
-    Copy *&copy = m_byPage[page];
+    Copy *&copy = place(page);
     if (copy != nullptr && copy->level == level())
         return copy->bytes;
     const Undo undo{copy, copy == nullptr ? nullptr : take(), copy == nullptr ? 0 : copy->level};
@@ -79,7 +87,7 @@ PageNo ChangeSet::undoInner()
             undo.copy->level = undo.level;
             give(undo.before);
         } else {
-            m_byPage[undo.copy->page] = nullptr;
+            place(undo.copy->page) = nullptr;
             give(undo.copy);
             --m_live;
         }
@@ -92,7 +100,7 @@ PageNo ChangeSet::dropAll()
 {
     const PageNo pageCount = m_levels.front().pageCount;
     for (const PageNo page : m_touched)
-        m_byPage[page] = nullptr;
+        place(page) = nullptr;
     m_touched.clear();
     m_levels.clear();
     m_undo.clear();

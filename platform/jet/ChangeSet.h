@@ -5,11 +5,13 @@
 // 2. An inner section (level 2 and up) keeps, of each page that it changes, the content from before its first
 // change. So its cost
 //    follows the pages that it touches, not those that the sections around it have changed.
-// 3. A copy stays at its address while it exists: until the outermost section ends, or the section that made
+// 3. Looking up a page takes two steps (which group, where in it), so that nothing grows with the file.
+// 4. A copy stays at its address while it exists: until the outermost section ends, or the section that made
 // it is undone.
 
 #include "platform/jet/Types.h"
 
+#include <array>
 #include <memory>
 
 namespace vardelin::jet {
@@ -28,7 +30,11 @@ public:
     // The changed copy, or null.
     std::byte *find(PageNo page) const
     {
-        return page < m_byPage.size() && m_byPage[page] ? m_byPage[page]->bytes : nullptr;
+        const std::size_t group = page / kGroup;
+        if (group >= m_groups.size() || !m_groups[group])
+            return nullptr;
+        Copy *copy = (*m_groups[group])[page % kGroup];
+        return copy ? copy->bytes : nullptr;
     }
     // The copy, made from `base` (or zeros where base is null) if there is none yet.
     std::byte *change(PageNo page, const std::byte *base);
@@ -55,12 +61,16 @@ private:
         std::size_t firstUndo = 0;
     };
 
+    static constexpr std::size_t kGroup = 512; // pages
+    using Group = std::array<Copy *, kGroup>;
+
+    Copy *&place(PageNo page);
     Copy *take();
     void give(Copy *copy) { m_free.push_back(copy); }
 
     std::vector<Level> m_levels;
     std::vector<Undo> m_undo;
-    std::vector<Copy *> m_byPage;
+    std::vector<std::unique_ptr<Group>> m_groups;
     std::vector<PageNo>
         m_touched; // every page that got a copy since the outermost section began; some twice, some undone
     std::size_t m_live = 0;
