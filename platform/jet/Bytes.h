@@ -28,6 +28,11 @@ void store(std::byte *at, T value)
     std::memcpy(at, &value, sizeof value);
 }
 
+inline bool sameBytes(std::span<const std::byte> a, std::span<const std::byte> b)
+{
+    return a.size() == b.size() && (a.empty() || std::memcmp(a.data(), b.data(), a.size()) == 0);
+}
+
 // A row pointer: u32, the row number in the low byte, the page number in the upper three. (Index entries turn
 // it round.)
 inline RowId rowIdOf(std::uint32_t pointer)

@@ -101,7 +101,7 @@ const std::vector<CatalogEntry> &Catalog::tables()
     if (m_known)
         return m_tables;
     Bytes now = pagesOfObjects();
-    m_known = !m_seen.empty() && now == m_seen;
+    m_known = !m_seen.empty() && sameBytes(now, m_seen);
     if (m_known)
         return m_tables;
     m_seen.clear();

@@ -82,10 +82,10 @@ bool FileParts::isCurrent(const TableDefinition &definition, const DefinitionByt
         return false;
     Bytes fixed = source.bytes;
     blankCounts(fixed);
-    if (fixed != definition.fixedContent)
+    if (!sameBytes(fixed, definition.fixedContent))
         return false;
     const bool base = definition.page() <= kRelationshipsPage;
-    return base || propertiesAt(definition.catalogRow) == definition.properties;
+    return base || sameBytes(propertiesAt(definition.catalogRow), definition.properties);
 }
 
 void FileParts::refresh(TableDefinition &definition)
