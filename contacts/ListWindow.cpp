@@ -148,6 +148,12 @@ bool ListWindow::eventFilter(QObject *watched, QEvent *event)
 
 bool ListWindow::listKeyPressed(int qtKey)
 {
+    // The first arrow key selects the entry that the list stands on; a list of one entry has no other.
+    const bool arrow = qtKey == Qt::Key_Down || qtKey == Qt::Key_Up;
+    if (arrow && List1->count() > 0 && List1->selectedRows().isEmpty()) {
+        List1->setCurrentRow(std::max(List1->currentRow(), 0), QItemSelectionModel::ClearAndSelect);
+        return true;
+    }
     if (qtKey != Qt::Key_Delete || !m_design.deleteKey)
         return false;
     mnuDelete_Click();

@@ -328,7 +328,8 @@ TEST_F(ListWindowTest, DefaultEmployeeIsTheSelectedOne)
     choose(form.get(), u"mnuDefaultEmployee"_s);
     EXPECT_EQ(global.DefaultEmployee, QString());
     EXPECT_TRUE(settings.stored.isEmpty());
-    select(form.get(), {u"Baxter, Bo"_s});
+    list(form.get())->setFocus();
+    QTest::keyClick(list(form.get()), Qt::Key_Down); // selects the only one
     dialogs.expect(u"Baxter, Bo selected as default employee."_s);
     choose(form.get(), u"mnuDefaultEmployee"_s);
     EXPECT_EQ(global.DefaultEmployee, u"Baxter, Bo"_s);

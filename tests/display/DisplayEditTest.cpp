@@ -61,8 +61,7 @@ TEST_F(DisplayEditTest, EveryFieldIsStoredAsTyped)
         EXPECT_EQ(field(again.get(), number)->text(), text) << number;
     EXPECT_EQ(stored(u"Vardelin"_s, 1), u"More. Notes 1"_s);
     const QString row = exportedRows(global.DatabaseFileName, u"Vardelins"_s).join(u'\n');
-    for (const QString &part :
-         {u"Söhne"_s, u"2027-02-28 23:59:59"_s, u"2027-03-01 00:00:00"_s, u"1234.5678"_s})
+    for (const QString &part : {u"Söhne"_s, u"2027-02-28 23:59:59"_s, u"2027-03-01"_s, u"1234.5678"_s})
         EXPECT_TRUE(row.contains(part)) << row.toStdString();
 }
 

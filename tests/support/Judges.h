@@ -21,9 +21,9 @@ inline QString outputOf(const QString &program, const QStringList &arguments, in
 // The rows of a table as mdb-export prints them, without the heading; dates as "2026-10-16 09:00:00".
 inline QStringList exportedRows(const QString &file, const QString &table)
 {
-    const QString text =
-        outputOf(QStringLiteral("mdb-export"), {QStringLiteral("-H"), QStringLiteral("-D"),
-                                                QStringLiteral("%Y-%m-%d %H:%M:%S"), file, table});
+    const QString text = outputOf(QStringLiteral("mdb-export"),
+                                  {QStringLiteral("-H"), QStringLiteral("-D"), QStringLiteral("%Y-%m-%d"),
+                                   QStringLiteral("-T"), QStringLiteral("%Y-%m-%d %H:%M:%S"), file, table});
     return text.split(u'\n', Qt::SkipEmptyParts);
 }
 
