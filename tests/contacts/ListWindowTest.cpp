@@ -186,8 +186,8 @@ TEST_F(ListWindowTest, EnterAddsToTableAndListAtOnce)
             EXPECT_TRUE(form->isVisible()) << "the first name's field knows neither key";
         }
         EXPECT_EQ(stored(design).size(), before.size() + 2);
-        EXPECT_TRUE(
-            std::is_sorted(list(form.get())->entries().begin(), list(form.get())->entries().end(), listLess));
+        const QStringList listed = list(form.get())->entries();
+        EXPECT_TRUE(std::is_sorted(listed.begin(), listed.end(), listLess));
     }
 }
 
