@@ -1,6 +1,7 @@
 #include "platform/base/Dates.h"
 #include "platform/ui/Controls.h"
 
+#include <QDialog>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenuBar>
