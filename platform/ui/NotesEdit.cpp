@@ -194,7 +194,14 @@ bool NotesEdit::insertPictureFiles(const QList<QUrl> &urls)
 void NotesEdit::insertPicture(const QTextImageFormat &picture)
 {
     const QTextCharFormat typed = textFormat(currentCharFormat());
-    textCursor().insertImage(picture);
+    QTextCursor cursor = textCursor();
+    cursor.beginEditBlock();
+    // Qt gives the line before the height of a picture that didn't fit on it any more.
+    if (!cursor.atBlockStart() && picture.width() > viewport()->width() - cursorRect().right())
+        cursor.insertBlock();
+    cursor.insertImage(picture);
+    cursor.endEditBlock();
+    setTextCursor(cursor);
     setCurrentCharFormat(typed);
 }
 

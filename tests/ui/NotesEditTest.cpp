@@ -125,6 +125,17 @@ TEST_F(NotesEditTest, widePicturesAreShownWithinThePageAndStoredAsTheyWere)
     EXPECT_TRUE(m_notes.TextRTF().contains(u"\\picwgoal24000"_s)) << "1600 pixels in twips";
 }
 
+TEST_F(NotesEditTest, aPictureThatDoesNotFitBesideTheTextLeavesItsLinesAlone)
+{
+    QTest::keyClicks(&m_notes, u"a line of text that wraps to the next one and ends there"_s);
+    const qreal before = m_notes.document()->size().height();
+    pasteImage(m_notes, picture(260, 100, Qt::red));
+    EXPECT_LT(m_notes.document()->size().height(), before + 130);
+    EXPECT_EQ(m_notes.Text(), u"a line of text that wraps to the next one and ends there\r\n"_s);
+    m_notes.undo();
+    EXPECT_EQ(m_notes.document()->size().height(), before) << "one step back";
+}
+
 TEST_F(NotesEditTest, pictureFilesDropInAndOtherFilesGiveTheirNames)
 {
     const QTemporaryDir folder;
