@@ -384,22 +384,26 @@ void Compaction::layOutBase()
 // Every definition gets its place before the first is written, for they name one another.
 void Compaction::layOut()
 {
-    for (const CatalogEntry &entry : m_source.catalog().tables()) {
-        const Table &table = m_source.userTable(entry);
-        const DefinitionBytes bytes = readDefinition(m_source.pager(), entry.page);
+    const auto take = [this](const Table &table) {
+        const DefinitionBytes bytes = readDefinition(m_source.pager(), table.current().page());
         m_jobs.push_back({&table, DefinitionCopy(m_source.pager(), bytes), {}});
+    };
+    // The base tables stand at their pages, whatever the catalog says.
+    PageNo base = kObjectsPage;
+    for (const char16_t *name : {u"MSysObjects", u"MSysACEs", u"MSysQueries", u"MSysRelationships"})
+        take(m_source.baseTable(base++, name));
+    for (const CatalogEntry &entry : m_source.catalog().tables()) {
+        if (entry.page > kRelationshipsPage)
+            take(m_source.userTable(entry));
     }
     MapRows baseMaps(m_target);
-    for (const bool base : {true, false}) {
-        for (Job &job : m_jobs) {
-            const PageNo old = job.table->current().page();
-            if ((old <= kRelationshipsPage) != base)
-                continue;
-            MapRows ownMaps(m_target);
-            job.pages.assign(1, base ? old : m_target.allocation().allocate());
-            m_pages[old] = job.pages.front();
-            layOut(job, base ? baseMaps : ownMaps);
-        }
+    for (Job &job : m_jobs) {
+        const PageNo old = job.table->current().page();
+        const bool isBase = old <= kRelationshipsPage;
+        MapRows ownMaps(m_target);
+        job.pages.assign(1, isBase ? old : m_target.allocation().allocate());
+        m_pages[old] = job.pages.front();
+        layOut(job, isBase ? baseMaps : ownMaps);
     }
     for (Job &job : m_jobs)
         job.copy.setTables(m_pages);
