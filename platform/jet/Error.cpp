@@ -16,7 +16,7 @@ constexpr std::pair<Code, std::string_view> kDescriptions[] = {
     {Code::NoCurrentRecord, "No current record."},
     {Code::DuplicateKey, "The changes you requested to the table were not successful because they would "
                          "create duplicate values in the index, "
-                         "primary key, or relationship. Change the data in the field or fields that contain "
+                         "primary key, or relationship.  Change the data in the field or fields that contain "
                          "duplicate data, remove the index, or "
                          "redefine the index to permit duplicate entries and try again."},
     {Code::FileNotFound, "Could not find file '%1'."},
@@ -43,7 +43,7 @@ constexpr std::pair<Code, std::string_view> kDescriptions[] = {
      "The Microsoft Jet database engine cannot find the input table or query '%1'. Make sure it exists "
      "and that its name is spelled correctly."},
     {Code::FieldTooSmall,
-     "The field is too small to accept the amount of data you attempted to add. Try inserting or pasting "
+     "The field is too small to accept the amount of data you attempted to add.  Try inserting or pasting "
      "less data."},
     {Code::AutoNumberReadOnly, "Field cannot be updated."},
     {Code::RowDeleted, "Record is deleted."},
