@@ -10,10 +10,13 @@ Selection::Selection(jet::File &file, const QString &source) : m_select(file, so
     }
     const jet::ReadScope scope(file); // places and numbers of one moment
     m_numberColumn = autoNumberColumn(table());
-    const std::vector<jet::RowId> rows = m_select.places();
+    const auto number = [this](const jet::RowView &row) {
+        return m_numberColumn ? numberOf(row, *m_numberColumn) : 0;
+    };
+    const std::vector<sql::MarkedPlace> rows = m_select.places(number);
     m_places.reserve(rows.size());
-    for (const jet::RowId row : rows)
-        m_places.push_back({row, m_numberColumn ? numberOf(table().row(row), *m_numberColumn) : 0});
+    for (const sql::MarkedPlace &row : rows)
+        m_places.push_back({row.row, row.mark});
 }
 
 std::size_t Selection::fieldAt(const QString &name) const

@@ -313,22 +313,33 @@ jet::Table &Select::table() const
     return *m_prepared->table;
 }
 
-std::vector<jet::RowId> Select::places() const
+std::vector<MarkedPlace> Select::places(const std::function<std::int32_t(const jet::RowView &)> &mark) const
 {
-    return guarded([this] {
-        std::vector<jet::RowId> places;
+    return guarded([&] {
         if (m_prepared->order.empty()) {
-            m_prepared->forEachRow(
-                [&](const jet::RowView &view, const Row &) { places.push_back(view.id()); });
+            std::vector<MarkedPlace> places;
+            m_prepared->forEachRow([&](const jet::RowView &view, const Row &) {
+                places.push_back({view.id(), mark(view)});
+            });
             return places;
         }
         KeyedPlaces keyed;
         Evaluator evaluator(m_prepared->clock);
         m_prepared->forEachRow([&](const jet::RowView &view, const Row &row) {
-            keyed.add(view.id(), m_prepared->sortKey(row, evaluator));
+            keyed.add({view.id(), mark(view)}, m_prepared->sortKey(row, evaluator));
         });
         return keyed.sorted();
     });
+}
+
+std::vector<jet::RowId> Select::places() const
+{
+    const std::vector<MarkedPlace> marked = places([](const jet::RowView &) { return 0; });
+    std::vector<jet::RowId> rows;
+    rows.reserve(marked.size());
+    for (const MarkedPlace &place : marked)
+        rows.push_back(place.row);
+    return rows;
 }
 
 Value Select::value(std::size_t column, const jet::RowView &row) const

@@ -14,7 +14,9 @@
 #include "platform/base/RunTimeError.h"
 #include "platform/base/Value.h"
 #include "platform/jet/Jet.h"
+#include "platform/sql/SortKey.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -68,6 +70,8 @@ public:
     // hasPlaces(): the rows' places, in the order asked for (else in table order). No more than these and,
     // while sorting, their keys are held: eight bytes a row in the end.
     std::vector<jet::RowId> places() const;
+    // The same, each with a number that `mark` reads from its row in passing.
+    std::vector<MarkedPlace> places(const std::function<std::int32_t(const jet::RowView &)> &mark) const;
     // The value of a result column for a row of the table; computed on demand. Inside a ReadScope or on a
     // cursor.
     Value value(std::size_t column, const jet::RowView &row) const;

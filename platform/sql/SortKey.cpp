@@ -52,7 +52,7 @@ void appendSortKey(std::string &key, const Value &value, bool descending)
                        [](char c) { return static_cast<char>(~c); });
 }
 
-void KeyedPlaces::add(jet::RowId place, const std::string &key)
+void KeyedPlaces::add(MarkedPlace place, const std::string &key)
 {
     constexpr std::size_t kPrefix = 8;
     std::uint64_t prefix = 0;
@@ -63,7 +63,7 @@ void KeyedPlaces::add(jet::RowId place, const std::string &key)
     m_keys += rest;
 }
 
-std::vector<jet::RowId> KeyedPlaces::sorted()
+std::vector<MarkedPlace> KeyedPlaces::sorted()
 {
     const auto rest = [this](const Entry &entry) {
         return std::string_view(m_keys).substr(entry.offset, entry.size);
@@ -71,7 +71,7 @@ std::vector<jet::RowId> KeyedPlaces::sorted()
     std::ranges::stable_sort(m_entries, [&](const Entry &left, const Entry &right) {
         return left.prefix != right.prefix ? left.prefix < right.prefix : rest(left) < rest(right);
     });
-    std::vector<jet::RowId> places;
+    std::vector<MarkedPlace> places;
     places.reserve(m_entries.size());
     for (const Entry &entry : m_entries)
         places.push_back(entry.place);

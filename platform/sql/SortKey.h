@@ -4,6 +4,7 @@
 #include "platform/base/Value.h"
 #include "platform/jet/Types.h"
 
+#include <cstdint>
 #include <string>
 #include <vector>
 
@@ -13,13 +14,20 @@ namespace vardelin::sql {
 // in the general order.
 void appendSortKey(std::string &key, const Value &value, bool descending);
 
+// A row's place with what its reader noted of it on the way.
+struct MarkedPlace
+{
+    jet::RowId row;
+    std::int32_t mark = 0;
+};
+
 // Rows' places on their way to be sorted: the place, the first bytes of its key, and all keys' other bytes in
 // one piece.
 class KeyedPlaces
 {
 public:
-    void add(jet::RowId place, const std::string &key);
-    std::vector<jet::RowId> sorted(); // stable; once
+    void add(MarkedPlace place, const std::string &key);
+    std::vector<MarkedPlace> sorted(); // stable; once
 
 private:
     struct Entry
@@ -27,7 +35,7 @@ private:
         std::uint64_t prefix;
         std::size_t offset;
         std::uint32_t size;
-        jet::RowId place;
+        MarkedPlace place;
     };
     std::vector<Entry> m_entries;
     std::string m_keys;
