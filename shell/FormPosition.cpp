@@ -1,8 +1,8 @@
 #include "shell/FormPosition.h"
 
+#include "platform/base/Twips.h"
 #include "platform/base/Value.h"
 #include "platform/system/Settings.h"
-#include "platform/ui/Twips.h"
 
 #include <QScreen>
 #include <QWidget>

@@ -1,7 +1,7 @@
 #include "shell/frmIntroduction.h"
 
+#include "platform/base/Twips.h"
 #include "platform/ui/MenuTable.h"
-#include "platform/ui/Twips.h"
 #include "shell/state/Global.h"
 
 #include <QHBoxLayout>

@@ -1,7 +1,7 @@
 #include "shell/frmTip.h"
 
+#include "platform/base/Twips.h"
 #include "platform/system/AppPath.h"
-#include "platform/ui/Twips.h"
 #include "shell/Tips.h"
 #include "shell/state/Global.h"
 

@@ -22,6 +22,9 @@ struct RtfToken
     bool hasParameter = false;
     int parameter = 0;   // held within +-2,147,483,647
     QByteArrayView text; // the word's name, or the bytes; lies in the text given to the lexer
+
+    // Of a word that switches something: \b and \b1 do, \b0 doesn't.
+    bool isOn() const { return !hasParameter || parameter != 0; }
 };
 
 // Never fails: what isn't RTF comes as text, an unfinished escape at the end is dropped. A line end after a

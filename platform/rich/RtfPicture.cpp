@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <algorithm>
 #include <cmath>
+#include <set>
 
 namespace vardelin {
 
@@ -21,7 +22,7 @@ constexpr qint64 kCostOfFailure = 2'000'000;
 constexpr double kLongestSide = 32767; // pixels
 constexpr int kHexLine = 64;           // bytes a line
 constexpr auto kImageScheme = "picture:"_L1;
-constexpr auto kSourceScheme = "picture-source:"_L1;
+constexpr auto kSourceScheme = "picture-source:"_L1; // of the bytes as they came
 
 QImage placeholder()
 {
@@ -67,13 +68,17 @@ double sideOf(int goal, int scale, int given, int pixels, bool metafile)
     return std::clamp(std::round(twips) / kTwipsPerPixel, 1.0, kLongestSide);
 }
 
+QUrl sourceUrlOf(QString name)
+{
+    return QUrl(name.replace(kImageScheme, kSourceScheme));
+}
+
 // The source of a picture in a document: control words, a NUL, bytes.
 RtfPicture sourceOf(const QTextDocument &document, const QString &name)
 {
     if (!name.startsWith(kImageScheme))
         return {};
-    const QUrl url(kSourceScheme + name.sliced(kImageScheme.size()));
-    const QByteArray source = document.resource(QTextDocument::UserResource, url).toByteArray();
+    const QByteArray source = document.resource(QTextDocument::UserResource, sourceUrlOf(name)).toByteArray();
     const qsizetype end = source.indexOf('\0');
     if (end < 0)
         return {};
@@ -146,6 +151,17 @@ QSizeF shownSize(const QTextImageFormat &format, const QSizeF &natural)
     return natural;
 }
 
+// Of everything that the document's text and its undo history refer to.
+std::set<QString> pictureNames(const QTextDocument &document)
+{
+    std::set<QString> names;
+    for (const QTextFormat &format : document.allFormats()) {
+        if (format.isImageFormat())
+            names.insert(format.toImageFormat().name());
+    }
+    return names;
+}
+
 } // namespace
 
 QSizeF displaySize(const RtfPicture &picture, QSize pixels)
@@ -192,7 +208,7 @@ QTextImageFormat RtfPictureStore::add(const RtfPicture &picture)
         QString::fromLatin1(QCryptographicHash::hash(source, QCryptographicHash::Sha1).toHex());
     QTextImageFormat format;
     format.setName(kImageScheme + key);
-    const QUrl sourceUrl(kSourceScheme + key);
+    const QUrl sourceUrl = sourceUrlOf(format.name());
     QSize pixels;
     if (m_document.resource(QTextDocument::UserResource, sourceUrl).isValid()) {
         pixels =
@@ -231,6 +247,24 @@ QByteArray pictureGroup(const QTextDocument &document, const QTextImageFormat &f
         group += picture.bytes.mid(at, kHexLine).toHex();
     }
     return group + '}';
+}
+
+void copyPictures(const QTextDocument &from, QTextDocument &to)
+{
+    for (const QString &name : pictureNames(from)) {
+        to.addResource(QTextDocument::ImageResource, QUrl(name),
+                       from.resource(QTextDocument::ImageResource, QUrl(name)));
+        to.addResource(QTextDocument::UserResource, sourceUrlOf(name),
+                       from.resource(QTextDocument::UserResource, sourceUrlOf(name)));
+    }
+}
+
+void releasePictures(QTextDocument &document)
+{
+    for (const QString &name : pictureNames(document)) {
+        document.addResource(QTextDocument::ImageResource, QUrl(name), {});
+        document.addResource(QTextDocument::UserResource, sourceUrlOf(name), {});
+    }
 }
 
 } // namespace vardelin

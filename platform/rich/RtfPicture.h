@@ -1,6 +1,8 @@
 #pragma once
 // Pictures of RTF: their bytes as they came, the picture to show for them, and where a document keeps both.
 
+#include "platform/base/Twips.h"
+
 #include <QByteArray>
 #include <QByteArrayView>
 #include <QImage>
@@ -12,8 +14,6 @@ class QTextDocument;
 class QTextImageFormat;
 
 namespace vardelin {
-
-constexpr int kTwipsPerPixel = 15;
 
 struct RtfPicture
 {
@@ -48,6 +48,13 @@ private:
 // through the store are written with the bytes that came, resources that are PNG or JPEG bytes as they are,
 // all others as PNG.
 QByteArray pictureGroup(const QTextDocument &document, const QTextImageFormat &format);
+
+// What the pictures of one document consist of is put into the other; the text is the caller's business.
+void copyPictures(const QTextDocument &from, QTextDocument &to);
+
+// Lets go of the pictures that the document holds, ahead of its being filled anew. Only where nothing can be
+// undone any more.
+void releasePictures(QTextDocument &document);
 
 // The image that a device independent bitmap (header, palette, bits, without a file header) holds; null if
 // damaged or too large.

@@ -1,4 +1,4 @@
-// What each control word does.
+// Which control word does what, and what those of characters, tables and groups do.
 #include "platform/rich/RtfReader.h"
 
 #include <algorithm>
@@ -13,26 +13,13 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int kWidest = 15840;     // twips: no margin moves text further than eleven inches
 constexpr int kLargestFont = 3276; // half points
 constexpr int kMostFallback = 8;   // characters; more would only hide text
-constexpr int kMostTabs = 64;
 constexpr int kBulletIndent = 360; // twips for each level, in what we write
-constexpr int kIndentWidth = 40;   // pixels a QTextBlockFormat::indent() level takes
 
 std::string_view viewOf(QByteArrayView bytes)
 {
     return {bytes.data(), size_t(bytes.size())};
-}
-
-double pixels(int twips, int least, int most)
-{
-    return double(std::clamp(twips, least, most)) / kTwipsPerPixel;
-}
-
-bool isOn(const RtfToken &token)
-{
-    return !token.hasParameter || token.parameter != 0;
 }
 
 } // namespace
@@ -422,25 +409,25 @@ void RtfReader::setParagraphBackground(const RtfToken &token)
 
 void RtfReader::setWeight(const RtfToken &token)
 {
-    state().character.setFontWeight(isOn(token) ? QFont::Bold : QFont::Normal);
+    state().character.setFontWeight(token.isOn() ? QFont::Bold : QFont::Normal);
 }
 
 void RtfReader::setItalic(const RtfToken &token)
 {
-    state().character.setFontItalic(isOn(token));
+    state().character.setFontItalic(token.isOn());
 }
 
 void RtfReader::setStrike(const RtfToken &token)
 {
-    state().character.setFontStrikeOut(isOn(token));
+    state().character.setFontStrikeOut(token.isOn());
 }
 
 void RtfReader::setUnderline(const RtfToken &token)
 {
     const auto style = tables().underlines.at(viewOf(token.text));
     // As the field's own command does it; setUnderlineStyle() would say the same with one property more.
-    if (!isOn(token) || style == QTextCharFormat::NoUnderline || style == QTextCharFormat::SingleUnderline)
-        state().character.setFontUnderline(isOn(token) && style == QTextCharFormat::SingleUnderline);
+    if (!token.isOn() || style == QTextCharFormat::NoUnderline || style == QTextCharFormat::SingleUnderline)
+        state().character.setFontUnderline(token.isOn() && style == QTextCharFormat::SingleUnderline);
     else
         state().character.setUnderlineStyle(style);
 }
@@ -448,13 +435,13 @@ void RtfReader::setUnderline(const RtfToken &token)
 void RtfReader::setCapitals(const RtfToken &token)
 {
     const QFont::Capitalization kind = token.text == "caps" ? QFont::AllUppercase : QFont::SmallCaps;
-    state().character.setFontCapitalization(isOn(token) ? kind : QFont::MixedCase);
+    state().character.setFontCapitalization(token.isOn() ? kind : QFont::MixedCase);
 }
 
 void RtfReader::setBaseline(const RtfToken &token)
 {
     const bool raised = token.text == "super", lowered = token.text == "sub";
-    if (!isOn(token) || (!raised && !lowered))
+    if (!token.isOn() || (!raised && !lowered))
         state().character.setVerticalAlignment(QTextCharFormat::AlignNormal);
     else
         state().character.setVerticalAlignment(raised ? QTextCharFormat::AlignSuperScript
@@ -463,14 +450,14 @@ void RtfReader::setBaseline(const RtfToken &token)
 
 void RtfReader::setRaised(const RtfToken &token)
 {
-    state().character.setVerticalAlignment(isOn(token) ? QTextCharFormat::AlignSuperScript
-                                                       : QTextCharFormat::AlignNormal);
+    state().character.setVerticalAlignment(token.isOn() ? QTextCharFormat::AlignSuperScript
+                                                        : QTextCharFormat::AlignNormal);
 }
 
 void RtfReader::setLowered(const RtfToken &token)
 {
-    state().character.setVerticalAlignment(isOn(token) ? QTextCharFormat::AlignSubScript
-                                                       : QTextCharFormat::AlignNormal);
+    state().character.setVerticalAlignment(token.isOn() ? QTextCharFormat::AlignSubScript
+                                                        : QTextCharFormat::AlignNormal);
 }
 
 void RtfReader::plain(const RtfToken &)
@@ -487,114 +474,6 @@ void RtfReader::plain(const RtfToken &)
     font.parameter = m_defaultFont;
     setFont(font);
     setSize({});
-}
-
-void RtfReader::paragraphDefaults(const RtfToken &)
-{
-    state().block = {};
-    state().list.reset();
-    state().inTable = false;
-    state().spacing = 0;
-    state().nextTab = QTextOption::LeftTab;
-}
-
-void RtfReader::setAlignment(const RtfToken &token)
-{
-    switch (token.text[1]) {
-    case 'r':
-        state().block.setAlignment(Qt::AlignRight);
-        break;
-    case 'c':
-        state().block.setAlignment(Qt::AlignHCenter);
-        break;
-    case 'l':
-        state().block.setAlignment(Qt::AlignLeft);
-        break;
-    default:
-        state().block.setAlignment(Qt::AlignJustify);
-        break;
-    }
-}
-
-void RtfReader::setIndent(const RtfToken &token)
-{
-    QTextBlockFormat &block = state().block;
-    if (token.text == "li")
-        block.setLeftMargin(pixels(token.parameter, 0, kWidest));
-    else if (token.text == "ri")
-        block.setRightMargin(pixels(token.parameter, 0, kWidest));
-    else if (token.text == "fi")
-        block.setTextIndent(pixels(token.parameter, -kWidest, kWidest));
-    else if (token.text == "sb")
-        block.setTopMargin(pixels(token.parameter, 0, kWidest));
-    else
-        block.setBottomMargin(pixels(token.parameter, 0, kWidest));
-}
-
-void RtfReader::setOwnIndent(const RtfToken &token)
-{
-    if (!m_ours)
-        return;
-    QTextBlockFormat &block = state().block;
-    const int levels = std::clamp(token.parameter, 0, kWidest / kTwipsPerPixel / kIndentWidth);
-    block.setIndent(levels);
-    const double rest = block.leftMargin() - levels * kIndentWidth;
-    if (rest > 0)
-        block.setLeftMargin(rest);
-    else
-        block.clearProperty(QTextFormat::BlockLeftMargin);
-}
-
-void RtfReader::setSpacing(const RtfToken &token)
-{
-    QTextBlockFormat &block = state().block;
-    if (token.text == "slmult") {
-        if (isOn(token) && state().spacing != 0)
-            block.setLineHeight(std::clamp(std::abs(state().spacing) / 2.4, 20.0, 2000.0),
-                                QTextBlockFormat::ProportionalHeight);
-        return;
-    }
-    state().spacing = std::clamp(token.parameter, -kWidest, kWidest);
-    if (state().spacing == 0) {
-        block.clearProperty(QTextFormat::LineHeight);
-        block.clearProperty(QTextFormat::LineHeightType);
-        return;
-    }
-    const bool exact = state().spacing < 0;
-    block.setLineHeight(pixels(std::abs(state().spacing), 60, kWidest),
-                        exact ? QTextBlockFormat::FixedHeight : QTextBlockFormat::MinimumHeight);
-}
-
-void RtfReader::setTab(const RtfToken &token)
-{
-    if (token.text != "tx") {
-        state().nextTab = token.text == "tqr"   ? QTextOption::RightTab
-                          : token.text == "tqc" ? QTextOption::CenterTab
-                                                : QTextOption::DelimiterTab;
-        return;
-    }
-    QList<QTextOption::Tab> tabs = state().block.tabPositions();
-    if (tabs.size() < kMostTabs)
-        tabs.append(QTextOption::Tab(pixels(token.parameter, 0, kWidest), state().nextTab));
-    state().nextTab = QTextOption::LeftTab;
-    state().block.setTabPositions(tabs);
-}
-
-void RtfReader::setFlow(const RtfToken &token)
-{
-    QTextBlockFormat &block = state().block;
-    if (token.text == "keep")
-        block.setNonBreakableLines(isOn(token));
-    else if (token.text == "pagebb")
-        block.setPageBreakPolicy(isOn(token) ? QTextFormat::PageBreak_AlwaysBefore
-                                             : QTextFormat::PageBreak_Auto);
-    else
-        block.setLayoutDirection(token.text == "rtlpar" ? Qt::RightToLeft : Qt::LeftToRight);
-}
-
-void RtfReader::setInTable(const RtfToken &token)
-{
-    state().inTable = isOn(token);
 }
 
 void RtfReader::endOfParagraph(const RtfToken &)

@@ -8,32 +8,10 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QUrl>
-#include <set>
-
-using namespace Qt::StringLiterals;
 
 namespace vardelin {
 
 namespace {
-
-constexpr auto kImageScheme = "picture:"_L1;
-constexpr auto kSourceScheme = "picture-source:"_L1; // where the rich text keeps the bytes as they came
-
-QUrl sourceUrl(QString name)
-{
-    return QUrl(name.replace(kImageScheme, kSourceScheme));
-}
-
-// Of everything that the document's text and its undo history refer to.
-std::set<QString> pictureNames(const QTextDocument &document)
-{
-    std::set<QString> names;
-    for (const QTextFormat &format : document.allFormats()) {
-        if (format.isImageFormat())
-            names.insert(format.toImageFormat().name());
-    }
-    return names;
-}
 
 RtfPicture encoded(RtfPicture::Kind kind, const QByteArray &bytes, QSize pixels)
 {
@@ -103,16 +81,6 @@ std::optional<QTextImageFormat> addPicture(QTextDocument &document, const QImage
     return RtfPictureStore(document).add(encoded(RtfPicture::Kind::Png, buffer.data(), image.size()));
 }
 
-void copyPictures(const QTextDocument &from, QTextDocument &to)
-{
-    for (const QString &name : pictureNames(from)) {
-        to.addResource(QTextDocument::ImageResource, QUrl(name),
-                       from.resource(QTextDocument::ImageResource, QUrl(name)));
-        to.addResource(QTextDocument::UserResource, sourceUrl(name),
-                       from.resource(QTextDocument::UserResource, sourceUrl(name)));
-    }
-}
-
 void adoptPictures(QTextDocument &pasted, QTextDocument &target)
 {
     auto places = picturesIn(pasted);
@@ -131,14 +99,6 @@ void adoptPictures(QTextDocument &pasted, QTextDocument &target)
         } else {
             cursor.insertText(place.format.property(QTextFormat::ImageAltText).toString(), {});
         }
-    }
-}
-
-void releasePictures(QTextDocument &document)
-{
-    for (const QString &name : pictureNames(document)) {
-        document.addResource(QTextDocument::ImageResource, QUrl(name), {});
-        document.addResource(QTextDocument::UserResource, sourceUrl(name), {});
     }
 }
 

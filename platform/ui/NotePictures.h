@@ -16,15 +16,8 @@ namespace vardelin {
 std::optional<QTextImageFormat> addPicture(QTextDocument &document, const QByteArray &file);
 std::optional<QTextImageFormat> addPicture(QTextDocument &document, const QImage &image);
 
-// What the pictures of one document consist of is put into the other; the text is the caller's business.
-void copyPictures(const QTextDocument &from, QTextDocument &to);
-
 // Takes the pictures of `pasted`, loaded from data: and file addresses, into `target`, and renames them in
 // `pasted`. One that can't be had without a network gives way to its alternative text.
 void adoptPictures(QTextDocument &pasted, QTextDocument &target);
-
-// Lets go of the pictures that the document holds, ahead of its being filled anew. Only where nothing can be
-// undone any more.
-void releasePictures(QTextDocument &document);
 
 } // namespace vardelin

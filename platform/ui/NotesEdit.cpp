@@ -1,6 +1,7 @@
 #include "platform/ui/NotesEdit.h"
 
 #include "platform/rich/Rtf.h"
+#include "platform/rich/RtfPicture.h"
 #include "platform/ui/NotePictures.h"
 #include "platform/ui/PictureObject.h"
 

@@ -1,6 +1,6 @@
+#include "platform/base/Twips.h"
 #include "platform/ui/ChildWindow.h"
 #include "platform/ui/ErrorFrame.h"
-#include "platform/ui/Twips.h"
 #include "platform/ui/WindowList.h"
 #include "tests/support/ScriptedDialogs.h"
 

@@ -1,7 +1,5 @@
 #pragma once
-// Lengths on screen in twips, 1440 to the inch, 15 to the pixel at 96 dots an inch.
-
-#include <QRect>
+// Lengths in twips, 1440 to the inch, 15 to the pixel at 96 dots an inch.
 
 namespace vardelin {
 
