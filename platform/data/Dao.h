@@ -157,9 +157,9 @@ class DBEngine
 public:
     Workspace &Workspaces(int index); // there is one, with the index 0; 3265 for another
     std::unique_ptr<Database> OpenDatabase(const QString &path);
-    // Writes what `from` holds to a new file, without the room that nothing uses. A bare name lies in the current
-    // folder. 3045: `from` is open, by ourselves too; 3204: `to` exists; 3024, 3343 as OpenDatabase. A failure
-    // leaves no `to`.
+    // Writes what `from` holds to a new file, without the room that nothing uses. A bare name lies in the
+    // current folder. 3045: `from` is open, by ourselves too; 3204: `to` exists; 3024, 3343 as OpenDatabase.
+    // A failure leaves no `to`.
     void CompactDatabase(const QString &from, const QString &to);
 
 private:

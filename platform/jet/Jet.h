@@ -6,8 +6,9 @@
 //     for (jet::Cursor row = logs.scan(); !row.atEnd(); row.next())
 //         total += row.view().currency(11)...
 //
-// A File belongs to one thread. Several Files, in one process or in many, may be open on one path at a time. Every change is
-// atomic and durable by itself, or with others inside a Scope. Failures throw Error and leave the file as it was.
+// A File belongs to one thread. Several Files, in one process or in many, may be open on one path at a time.
+// Every change is atomic and durable by itself, or with others inside a Scope. Failures throw Error and leave
+// the file as it was.
 
 #include "platform/jet/Disk.h"
 #include "platform/jet/Error.h"
@@ -27,21 +28,23 @@ struct TableDefinition; // Definition.h
 struct StoredField;     // RowCodec.h
 class FileParts;        // File.cpp: pager, catalog, allocation
 
-// A row where it lies. Valid inside the read scope (or cursor) that gave it, until the next change of the file.
+// A row where it lies. Valid inside the read scope (or cursor) that gave it, until the next change of the
+// file.
 class RowView
 {
 public:
     RowView() = default;
     RowId id() const { return m_id; }
-    // column: place in Table::columns(). Each tells Null first; the typed readers want a column of that type that isn't Null.
+    // column: place in Table::columns(). Each tells Null first; the typed readers want a column of that type
+    // that isn't Null.
     bool isNull(std::size_t column) const;
     Cell cell(std::size_t column) const; // any type, long values read whole
     std::int32_t longValue(std::size_t column) const;
     Currency currency(std::size_t column) const;
-    double number(std::size_t column) const; // Single, Double, DateTime, and the whole numbers
+    double number(std::size_t column) const;       // Single, Double, DateTime, and the whole numbers
     std::u16string text(std::size_t column) const; // Text, Memo
-    // A text as it lies in the file: compressed (one byte a character behind FF FE) or UTF-16LE. A long value in one piece is not
-    // copied; a chained one is gathered into `store`.
+    // A text as it lies in the file: compressed (one byte a character behind FF FE) or UTF-16LE. A long value
+    // in one piece is not copied; a chained one is gathered into `store`.
     std::span<const std::byte> storedText(std::size_t column, Bytes &store) const;
 
 private:
@@ -54,8 +57,8 @@ private:
     std::span<const std::byte> m_bytes; // the row itself, wherever it was moved to
 };
 
-// Rows in table order (page by page, slot by slot: the order of adding). Holds a read lock while it stands on a row. The rows
-// that are added behind it are met, rows deleted ahead are not.
+// Rows in table order (page by page, slot by slot: the order of adding). Holds a read lock while it stands on
+// a row. The rows that are added behind it are met, rows deleted ahead are not.
 class Cursor
 {
 public:
@@ -97,7 +100,8 @@ public:
     std::vector<RowId> find(const LogicalIndex &index, std::span<const Cell> key) const;
     std::vector<RowId> inOrder(const LogicalIndex &index) const;
 
-    // Columns that aren't named are Null. The auto-number is given by the engine unless it is named; lastAutoNumber() tells it.
+    // Columns that aren't named are Null. The auto-number is given by the engine unless it is named;
+    // lastAutoNumber() tells it.
     RowId insert(std::span<const ColumnValue> values);
     void update(RowId id, std::span<const ColumnValue> values); // the columns named; the others keep theirs
     void erase(RowId id);
@@ -149,13 +153,15 @@ struct NewTable
 struct OpenOptions
 {
     bool readOnly = false;
-    bool exclusive = false; // nobody else may have it open, and nobody can open it meanwhile; FileInUse otherwise
+    // Nobody else may have it open, and nobody can open it meanwhile; FileInUse otherwise.
+    bool exclusive = false;
 };
 
 class File
 {
 public:
-    static std::unique_ptr<File> open(const std::filesystem::path &path, OpenOptions options = {}, Disk &disk = systemDisk());
+    static std::unique_ptr<File> open(const std::filesystem::path &path, OpenOptions options = {},
+                                      Disk &disk = systemDisk());
     // A bare file: the four base tables. DatabaseExists if the name is taken.
     static std::unique_ptr<File> create(const std::filesystem::path &path, Disk &disk = systemDisk());
     ~File();
@@ -187,8 +193,8 @@ private:
     FileParts &m_parts;
 };
 
-// Several changes as one: a crash at any moment leaves all of them or none. An operation that throws inside has undone itself
-// alone, and the scope can go on. Without commit() all of them are undone.
+// Several changes as one: a crash at any moment leaves all of them or none. An operation that throws inside
+// has undone itself alone, and the scope can go on. Without commit() all of them are undone.
 class Scope
 {
 public:

@@ -1,7 +1,8 @@
 #pragma once
 // The rollback journal: what a commit is about to overwrite, in a file of its own beside the database.
 //
-// Layout of "<file>-journal". Numbers little-endian; a checksum is the 64-bit one of Journal.cpp, seeded with the salt.
+// Layout of "<file>-journal". Numbers little-endian; a checksum is the 64-bit one of Journal.cpp, seeded with
+// the salt.
 //
 //   Header, 512 bytes
 //     0  16  "Vardelin journal"
@@ -31,7 +32,8 @@
 //     journal's new checksums in full and is left alone, or the journal has been replaced by the next one, whose own step 1 synced
 //     the folder.
 //
-// A journal without a living owner (nobody holds LockByte::Writing) is judged against the file, sector by sector:
+// A journal without a living owner (nobody holds LockByte::Writing) is judged against the file, sector by
+// sector:
 //   every sector new, length new; or every     the commit was complete, or -> sync the file, remove the journal
 //     sector old, length old                   hadn't begun to write
 //   each sector old or new otherwise, length   it was interrupted          -> write the old pages, cut, sync, remove
@@ -40,11 +42,11 @@
 //     that doesn't fit                          than the file's state
 //   torn, and no page of it written yet        crash in step 1             -> remove
 //   anything else (not ours, a link, a folder) not ours to judge           -> set aside
-// One thing stays open: if the last sync of step 2 fails and the disk refuses the undoing as well, the commit is reported as failed
-// and yet stands if every page has reached the disk.
-// So "belongs to this file" is decided by content: it holds when disks are renumbered and when file and journal are copied together,
-// and no chance name or inode can make a foreign journal pass. Playing twice does what playing once does, so a crash on the way does
-// no harm. Sectors of 512 bytes are taken to be written whole or not at all.
+// One thing stays open: if the last sync of step 2 fails and the disk refuses the undoing as well, the commit
+// is reported as failed and yet stands if every page has reached the disk. So "belongs to this file" is
+// decided by content: it holds when disks are renumbered and when file and journal are copied together, and
+// no chance name or inode can make a foreign journal pass. Playing twice does what playing once does, so a
+// crash on the way does no harm. Sectors of 512 bytes are taken to be written whole or not at all.
 
 #include "platform/jet/Disk.h"
 
@@ -69,21 +71,23 @@ struct JournalHeader
     std::uint64_t firstPage = 0; // checksum of page 0 before
 };
 
-enum class JournalState { Settled, Interrupted, Unusable, Torn }; // the cases of the table; Unusable: the third and the last
+// The cases of the table; Unusable: the third and the last.
+enum class JournalState { Settled, Interrupted, Unusable, Torn };
 
 std::filesystem::path journalPath(const std::filesystem::path &file);
 
-// Step 1. page0: as it was. changes: pages rising. Leaves nothing behind if it throws, as far as the disk allows.
-void writeJournal(Disk &disk, const std::filesystem::path &path, DiskFile &file, PageNo pagesBefore, PageNo pagesAfter,
-                  const std::byte *page0, std::span<const PageChange> changes);
+// Step 1. page0: as it was. changes: pages rising. Leaves nothing behind if it throws, as far as the disk
+// allows.
+void writeJournal(Disk &disk, const std::filesystem::path &path, DiskFile &file, PageNo pagesBefore,
+                  PageNo pagesAfter, const std::byte *page0, std::span<const PageChange> changes);
 
 JournalState judgeJournal(DiskFile &journal, DiskFile &file);
 
 // Writes the old pages of a journal judged Interrupted, cuts the file to its old length and syncs it.
 void playBack(DiskFile &journal, DiskFile &file);
 
-// Puts right what a dead owner left behind. The caller holds Reading and Writing, both exclusive. A journal that can't be removed
-// or set aside stays; the file is in order all the same.
+// Puts right what a dead owner left behind. The caller holds Reading and Writing, both exclusive. A journal
+// that can't be removed or set aside stays; the file is in order all the same.
 void recover(Disk &disk, const std::filesystem::path &path, DiskFile &file);
 
 } // namespace vardelin::jet

@@ -1,7 +1,8 @@
 #pragma once
 // The words that all of the engine uses: page numbers, row places, column types, cells, definitions.
 //
-// Numbers in the file are little-endian unless a header says otherwise. Lengths are bytes unless a name says otherwise.
+// Numbers in the file are little-endian unless a header says otherwise. Lengths are bytes unless a name says
+// otherwise.
 
 #include <array>
 #include <cstddef>
@@ -72,18 +73,20 @@ struct Decimal
 
 using Bytes = std::vector<std::byte>;
 
-// One cell's value; monostate is Null. The alternative follows the column's type: Boolean bool, Byte u8, Integer i16, Long i32,
-// Currency, Single float, Double double, DateTime, Text and Memo u16string, Binary, OLE and Big Bytes, Guid, Decimal.
-using Cell = std::variant<std::monostate, bool, std::uint8_t, std::int16_t, std::int32_t, Currency, float, double, DateTime,
-                          std::u16string, Bytes, Guid, Decimal>;
+// One cell's value; monostate is Null. The alternative follows the column's type: Boolean bool, Byte u8,
+// Integer i16, Long i32, Currency, Single float, Double double, DateTime, Text and Memo u16string, Binary,
+// OLE and Big Bytes, Guid, Decimal.
+using Cell = std::variant<std::monostate, bool, std::uint8_t, std::int16_t, std::int32_t, Currency, float,
+                          double, DateTime, std::u16string, Bytes, Guid, Decimal>;
 
 inline bool isNull(const Cell &cell)
 {
     return std::holds_alternative<std::monostate>(cell);
 }
 
-// A column as its table's definition and property blob describe it. Number, ordinal, place in the list and variable index are
-// four different things: the null mask goes by number, the variable part by variable index, the user by ordinal.
+// A column as its table's definition and property blob describe it. Number, ordinal, place in the list and
+// variable index are four different things: the null mask goes by number, the variable part by variable
+// index, the user by ordinal.
 struct Column
 {
     std::u16string name;

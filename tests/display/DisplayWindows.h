@@ -16,18 +16,17 @@ struct DisplayWindowsTest : testing::Test, OfficeProgram
     {
         const QString text = QString::number(number);
         const DateSerial begin{46311.375 + number - 1};
-        add(QStringLiteral("Vardelins"),
-            {{QStringLiteral("Client"), QStringLiteral("Archer, Ann ") + text},
-             {QStringLiteral("Employee"), QStringLiteral("Baxter, Bo")},
-             {QStringLiteral("Project"), QStringLiteral("Estate")},
-             {QStringLiteral("Rate"), QStringLiteral("100")},
-             {QStringLiteral("Vardelin"), QStringLiteral("Notes ") + text},
-             {QStringLiteral("VardeGraphic"), rtf(number)},
-             {QStringLiteral("Log Summary"), QStringLiteral("Call")},
-             {QStringLiteral("Beginning Time"), begin},
-             {QStringLiteral("Ending Time"), DateSerial{begin.days + 0.25}},
-             {QStringLiteral("Duration"), static_cast<float>(number) / 10},
-             {QStringLiteral("Fee"), Currency{100000LL * number}}});
+        add(QStringLiteral("Vardelins"), {{QStringLiteral("Client"), QStringLiteral("Archer, Ann ") + text},
+                                          {QStringLiteral("Employee"), QStringLiteral("Baxter, Bo")},
+                                          {QStringLiteral("Project"), QStringLiteral("Estate")},
+                                          {QStringLiteral("Rate"), QStringLiteral("100")},
+                                          {QStringLiteral("Vardelin"), QStringLiteral("Notes ") + text},
+                                          {QStringLiteral("VardeGraphic"), rtf(number)},
+                                          {QStringLiteral("Log Summary"), QStringLiteral("Call")},
+                                          {QStringLiteral("Beginning Time"), begin},
+                                          {QStringLiteral("Ending Time"), DateSerial{begin.days + 0.25}},
+                                          {QStringLiteral("Duration"), static_cast<float>(number) / 10},
+                                          {QStringLiteral("Fee"), Currency{100000LL * number}}});
     }
     void addLogs(int count)
     {

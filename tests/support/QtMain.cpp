@@ -1,5 +1,6 @@
-// One main for every test program on Qt: offscreen unless told otherwise, and a home of its own, so that no test reads or
-// writes anything of the person who runs it. A warning from Qt fails the test in which it comes.
+// One main for every test program on Qt: offscreen unless told otherwise, and a home of its own, so that no
+// test reads or writes anything of the person who runs it. A warning from Qt fails the test in which it
+// comes.
 #include <QApplication>
 #include <QStandardPaths>
 #include <QTemporaryDir>
