@@ -6,7 +6,8 @@ namespace vardelin::jet {
 
 namespace {
 
-// %1 stands for the detail that the thrower gives.
+// %1 stands for the detail that the thrower gives. The run time describes some of these numbers too, in a
+// table above this layer (platform/base/RunTimeError.cpp), in the same words.
 constexpr std::pair<Code, std::string_view> kDescriptions[] = {
     {Code::InvalidArgument, "Invalid argument."},
     {Code::ItemExists, "Table '%1' already exists."},
@@ -21,7 +22,7 @@ constexpr std::pair<Code, std::string_view> kDescriptions[] = {
                          "redefine the index to permit duplicate entries and try again."},
     {Code::FileNotFound, "Could not find file '%1'."},
     {Code::DiskFull, "Not enough space on disk."},
-    {Code::ReadOnlyDatabase, "Cannot update. Database or object is read-only."},
+    {Code::ReadOnlyDatabase, "Cannot update.  Database or object is read-only."},
     {Code::Password, "Not a valid password."},
     {Code::IoError, "Disk I/O error during read."},
     {Code::OlderFormat, "Cannot open a database created with a previous version of your application."},
