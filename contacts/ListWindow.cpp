@@ -1,5 +1,6 @@
 #include "contacts/ListWindow.h"
 
+#include "platform/ui/SharedKeys.h"
 #include "shell/state/Global.h"
 #include "shell/state/Trim.h"
 
@@ -80,6 +81,7 @@ QMenuBar *ListWindow::makeMenu(const std::vector<MenuEntry> &more)
     entries.push_back({u"mnuDone"_s, u"&Done"_s, {}, [this] { mnuDone_Click(); }});
     auto *bar = new QMenuBar;
     bar->addActions(makeBar(this, entries, m_global.services.errors));
+    stepThroughSharedKeys(bar);
     return bar;
 }
 

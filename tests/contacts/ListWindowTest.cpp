@@ -238,6 +238,29 @@ TEST_F(ListWindowTest, DeleteTakesAllThatAreSelectedWithoutAQuestion)
     EXPECT_EQ(global.ClientLastName, u"Q5 "_s);
 }
 
+// Delete and Done begin with the same letter: Alt+D alone must not take an employee away.
+TEST_F(ListWindowTest, TheKeyOfDeleteAndDoneOnlyStepsBetweenThem)
+{
+    add(u"Employees"_s, {{u"Employee Last Name"_s, u"Roe"_s}, {u"Employee First Name"_s, u"Jane"_s}});
+    const auto form = make<frmEmployee>();
+    select(form.get(), {u"Roe, Jane"_s});
+    list(form.get())->setFocus();
+    const QStringList before = column(u"Employees"_s, u"Employee Last Name"_s);
+    QTest::keyClick(list(form.get()), Qt::Key_D, Qt::AltModifier);
+    const auto *bar = form->findChild<QMenuBar *>();
+    ASSERT_NE(bar->activeAction(), nullptr);
+    EXPECT_EQ(bar->activeAction()->objectName(), u"mnuDelete"_s);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    EXPECT_TRUE(list(form.get())->hasFocus());
+    for (int press = 0; press < 2; ++press)
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_D, Qt::AltModifier);
+    EXPECT_EQ(bar->activeAction()->objectName(), u"mnuDone"_s);
+    EXPECT_EQ(column(u"Employees"_s, u"Employee Last Name"_s), before);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Return);
+    EXPECT_FALSE(form->isVisible());
+    EXPECT_EQ(column(u"Employees"_s, u"Employee Last Name"_s), before);
+}
+
 TEST_F(ListWindowTest, OfTwoEqualRowsOneStays)
 {
     for (const Design &design : designs()) {

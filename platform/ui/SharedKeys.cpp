@@ -1,0 +1,71 @@
+#include "platform/ui/SharedKeys.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QPointer>
+
+namespace vardelin {
+
+namespace {
+
+class SharedKeys : public QObject
+{
+public:
+    explicit SharedKeys(QMenuBar *bar) : QObject(bar), m_bar(bar)
+    {
+        bar->installEventFilter(this);
+        connect(bar, &QMenuBar::triggered, this, [this] { goBack(); });
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Shortcut) {
+            const auto *shortcut = static_cast<QShortcutEvent *>(event);
+            if (shortcut->isAmbiguous())
+                return step(shortcut->key());
+        }
+        if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent *>(event)->key() == Qt::Key_Escape) {
+            m_bar->setActiveAction(nullptr);
+            goBack();
+            return true;
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    bool step(const QKeySequence &key)
+    {
+        QList<QAction *> sharing;
+        for (QAction *action : m_bar->actions()) {
+            if (action->isEnabled() && action->isVisible() && QKeySequence::mnemonic(action->text()) == key)
+                sharing += action;
+        }
+        if (sharing.size() < 2)
+            return false;
+        if (!m_bar->hasFocus())
+            m_cameFrom = QApplication::focusWidget();
+        m_bar->setFocus(Qt::MenuBarFocusReason);
+        m_bar->setActiveAction(sharing[(sharing.indexOf(m_bar->activeAction()) + 1) % sharing.size()]);
+        return true;
+    }
+
+    void goBack()
+    {
+        if (m_cameFrom && m_bar->hasFocus())
+            m_cameFrom->setFocus(Qt::MenuBarFocusReason);
+        m_cameFrom = nullptr;
+    }
+
+    QMenuBar *m_bar;
+    QPointer<QWidget> m_cameFrom;
+};
+
+} // namespace
+
+void stepThroughSharedKeys(QMenuBar *bar)
+{
+    new SharedKeys(bar);
+}
+
+} // namespace vardelin
