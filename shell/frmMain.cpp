@@ -2,6 +2,7 @@
 
 #include "database/LogDatabase.h"
 #include "platform/ui/MenuTable.h"
+#include "platform/ui/SharedKeys.h"
 #include "shell/FormPosition.h"
 #include "shell/Preferences.h"
 #include "shell/frmSplash.h"
@@ -37,6 +38,7 @@ frmMain::frmMain(Global &global) : m_global(global), m_area(new QMdiArea(this))
                  {u"mnuMEnter"_s, u"&Enter data"_s, {}, [this] { m_global.openers.NewEntryWindow(); }}},
                 m_global.services.errors);
     menuBar()->addActions(m_ownCommands);
+    firstTakesSharedKeys(menuBar());
     connect(m_area, &QMdiArea::subWindowActivated, this, &frmMain::subWindowActivated);
 }
 

@@ -9,6 +9,38 @@ namespace vardelin {
 
 namespace {
 
+// The commands of a bar that an Alt key stands for, in their order.
+QList<QAction *> sharing(const QMenuBar &bar, const QKeySequence &key)
+{
+    QList<QAction *> found;
+    for (QAction *action : bar.actions()) {
+        if (action->isEnabled() && action->isVisible() && QKeySequence::mnemonic(action->text()) == key)
+            found += action;
+    }
+    return found;
+}
+
+class FirstOfSharedKeys : public QObject
+{
+public:
+    explicit FirstOfSharedKeys(QMenuBar *bar) : QObject(bar), m_bar(bar) { bar->installEventFilter(this); }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Shortcut && static_cast<QShortcutEvent *>(event)->isAmbiguous()) {
+            const QList<QAction *> actions = sharing(*m_bar, static_cast<QShortcutEvent *>(event)->key());
+            if (!actions.isEmpty() && !actions.first()->menu()) {
+                actions.first()->trigger();
+                return true;
+            }
+        }
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    QMenuBar *m_bar;
+};
+
 class SharedKeys : public QObject
 {
 public:
@@ -36,17 +68,13 @@ public:
 private:
     bool step(const QKeySequence &key)
     {
-        QList<QAction *> sharing;
-        for (QAction *action : m_bar->actions()) {
-            if (action->isEnabled() && action->isVisible() && QKeySequence::mnemonic(action->text()) == key)
-                sharing += action;
-        }
-        if (sharing.size() < 2)
+        const QList<QAction *> actions = sharing(*m_bar, key);
+        if (actions.size() < 2)
             return false;
         if (!m_bar->hasFocus())
             m_cameFrom = QApplication::focusWidget();
         m_bar->setFocus(Qt::MenuBarFocusReason);
-        m_bar->setActiveAction(sharing[(sharing.indexOf(m_bar->activeAction()) + 1) % sharing.size()]);
+        m_bar->setActiveAction(actions[(actions.indexOf(m_bar->activeAction()) + 1) % actions.size()]);
         return true;
     }
 
@@ -62,6 +90,11 @@ private:
 };
 
 } // namespace
+
+void firstTakesSharedKeys(QMenuBar *bar)
+{
+    new FirstOfSharedKeys(bar);
+}
 
 void stepThroughSharedKeys(QMenuBar *bar)
 {

@@ -10,4 +10,9 @@ namespace vardelin {
 // once, now this, now that: no way to treat a Delete beside a Done.
 void stepThroughSharedKeys(QMenuBar *bar);
 
+// An Alt key shared by several entries of `bar` always carries out the first of them, if it is a command. The
+// others are reached by Alt alone and then the letter, which steps through them. Left alone, every second
+// press would do something else.
+void firstTakesSharedKeys(QMenuBar *bar);
+
 } // namespace vardelin
