@@ -1,9 +1,8 @@
 #include "benchmarks/Generate.h"
 
+#include "benchmarks/QuietProgram.h"
 #include "database/CreateDatabase.h"
 #include "platform/jet/Jet.h"
-#include "platform/ui/ErrorFrame.h"
-#include "shell/state/Global.h"
 
 #include <array>
 #include <cmath>
@@ -166,14 +165,8 @@ void addLogs(jet::File &file, int count)
 
 void createEmpty(const QString &path)
 {
-    QtDialogs dialogs;
-    SystemClock clock;
-    MemorySettings settings;
-    dao::DBEngine engine;
-    ErrorFrame errors(dialogs, [] {});
-    Services services{dialogs, clock, settings, engine, errors, QString()};
-    Global global(services);
-    global.DatabaseFileName = path;
+    QuietProgram program(path);
+    Global &global = program.global;
     CreateDatabase(global);
 }
 

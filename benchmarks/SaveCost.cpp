@@ -1,10 +1,9 @@
 #include "benchmarks/SaveCost.h"
 
 #include "benchmarks/Figures.h"
+#include "benchmarks/QuietProgram.h"
 #include "entry/SaveLog.h"
 #include "platform/jet/Jet.h"
-#include "platform/ui/ErrorFrame.h"
-#include "shell/state/Global.h"
 #include "tests/support/RecordingDisk.h"
 
 #include <QFile>
@@ -152,14 +151,8 @@ private:
 
 SaveCost measureSaves(const QString &path, int saves)
 {
-    QtDialogs dialogs;
-    SystemClock clock;
-    MemorySettings settings;
-    dao::DBEngine engine;
-    ErrorFrame errors(dialogs, [] {});
-    Services services{dialogs, clock, settings, engine, errors, QString()};
-    Global global(services);
-    global.DatabaseFileName = path;
+    QuietProgram program(path);
+    Global &global = program.global;
     const LogRecord log = someLog();
     saveLog(global, log); // once ahead, for the traces to be of this very log
 
