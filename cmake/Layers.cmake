@@ -1,8 +1,8 @@
 # The folders, lowest first, and whom each may include from. The test "layers" holds every #include against this table, and
 # vardelin_library() takes its link dependencies from it, so an arrow that isn't here doesn't build.
 set(VARDELIN_LAYERS
-  platform/base platform/system platform/jet platform/sql platform/data platform/rich platform/ui
-  shell/state database entry display contacts shell)
+  platform/base platform/system platform/jet platform/sql platform/data platform/rich platform/ui platform/print
+  platform/report shell/state database entry display search contacts billing todo shell)
 
 set(uses_platform/base "")
 set(uses_platform/system platform/base)
@@ -11,12 +11,17 @@ set(uses_platform/sql platform/base platform/jet)
 set(uses_platform/data platform/base platform/jet platform/sql)
 set(uses_platform/rich platform/base)
 set(uses_platform/ui platform/base platform/system platform/data platform/rich)
-set(uses_shell/state ${uses_platform/ui} platform/ui)
+set(uses_platform/print platform/base platform/rich)
+set(uses_platform/report platform/base platform/system platform/data platform/ui platform/print)
+set(uses_shell/state ${uses_platform/ui} platform/ui platform/print)
 set(uses_database ${uses_shell/state} shell/state)
 set(uses_entry ${uses_database} database)
 set(uses_display ${uses_database} database)
-set(uses_contacts ${uses_database} database)
-set(uses_shell ${uses_entry} entry display contacts)
+set(uses_search ${uses_database} database platform/report)
+set(uses_contacts ${uses_database} database platform/report)
+set(uses_billing ${uses_search} search)
+set(uses_todo ${uses_database} database)
+set(uses_shell ${uses_billing} entry display contacts billing todo)
 set(uses_app ${uses_shell} shell)
 
 # platform/jet is plain C++ and knows nothing of Qt; these are the Qt modules of the others.
@@ -26,9 +31,14 @@ set(qt_platform/sql Core)
 set(qt_platform/data Core)
 set(qt_platform/rich Gui)
 set(qt_platform/ui Widgets)
+set(qt_platform/print Widgets PrintSupport)
+set(qt_platform/report Widgets PrintSupport)
 set(qt_shell/state Widgets)
 set(qt_database Widgets)
 set(qt_entry Widgets)
 set(qt_display Widgets)
+set(qt_search Widgets)
 set(qt_contacts Widgets)
+set(qt_billing Widgets)
+set(qt_todo Widgets)
 set(qt_shell Widgets)
