@@ -211,6 +211,28 @@ Value Recordset::Fields(const QString &name) const
     return s.adding ? Value(NullValue{}) : s.read(field);
 }
 
+std::vector<Value> Recordset::ValuesAt(int position, const QStringList &names) const
+{
+    const State &s = state();
+    if (position < 1 || position > s.size())
+        fail(Number::InvalidArgument);
+    const auto row = static_cast<std::size_t>(position - 1);
+    jet::File &file = s.opened->file();
+    data::RowImage image;
+    std::vector<Value> values;
+    for (const QString &name : names) {
+        const std::size_t field = s.rows->fieldAt(name);
+        values.push_back(engineCall([&] {
+            if (!s.rows->updatable() || !s.rows->fields()[field].source)
+                return s.rows->value(file, row, field);
+            if (image.empty())
+                image.read(file, s.rows->table(), s.rows->places()[row], s.rows->numberColumn());
+            return toValue(image.cell(file, s.rows->table(), s.rows->columnOf(field)));
+        }));
+    }
+    return values;
+}
+
 void Recordset::SetField(const QString &name, const Value &value)
 {
     State &s = state();

@@ -86,6 +86,9 @@ public:
     bool HasField(const QString &name) const; // names of fields go without regard to case
     Value Fields(const QString &name) const;  // with the edits that aren't written yet; 3265, 3021, 3167
     Value Collect(const QString &name) const { return Fields(name); }
+    // Columns of the row at a position, from 1, as the file has them: without a move and without regard to an
+    // edit. 3001 outside 1 to RecordCount; 3265; 3167.
+    std::vector<Value> ValuesAt(int position, const QStringList &names) const;
     // Begins an edit of the current row. The value isn't looked at before Update.
     void SetField(const QString &name, const Value &value);
     bool EditPending() const; // after SetField or AddNew, until Update or CancelUpdate

@@ -9,6 +9,7 @@ namespace vardelin {
 
 class EntryWindow;
 class DisplayWindow;
+class DataReport;
 
 struct Openers
 {
@@ -16,6 +17,7 @@ struct Openers
     std::function<void()> frmClient, frmEmployee, frmProject, frmRate, frmActivity;
     std::function<void()> frmToDo, frmInactiveClients, frmLetterhead;
     std::function<void()> frmTip, frmIntroduction, frmAboutvarden;
+    std::function<void(DataReport &)> showReport;
     // Shown, not modal. The new window's file is DatabaseFileName.
     std::function<EntryWindow *()> NewEntryWindow;
     std::function<DisplayWindow *()> NewDisplayWindow;
