@@ -44,8 +44,8 @@ bool Application::notify(QObject *receiver, QEvent *event)
 
 Program::Program(Application &application)
     : m_application(application),
-      m_errors(m_dialogs, [this] { endProgram(); }), m_services{m_dialogs, m_clock,  *m_settings,
-                                                                m_engine,  m_errors, appPath()},
+      m_errors(m_dialogs, [this] { endProgram(); }), m_services{m_dialogs, m_clock,   *m_settings, m_engine,
+                                                                m_errors,  m_printer, appPath()},
       m_global(m_services), m_main(std::make_unique<frmMain>(m_global))
 {
     wire(m_global, *m_main);

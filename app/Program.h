@@ -1,6 +1,7 @@
 #pragma once
 // The program put together: what main() runs, and what the benchmarks time.
 
+#include "platform/print/PrintDevice.h"
 #include "platform/ui/ErrorFrame.h"
 #include "shell/frmMain.h"
 #include "shell/state/Global.h"
@@ -43,6 +44,8 @@ private:
     std::unique_ptr<Settings> m_settings = userSettings();
     dao::DBEngine m_engine;
     ErrorFrame m_errors;
+    std::unique_ptr<PrintDevice> m_printDevice = desktopPrintDevice();
+    Printer m_printer{*m_printDevice};
     Services m_services;
     Global m_global;
     std::unique_ptr<frmMain> m_main;

@@ -3,6 +3,7 @@
 
 #include "platform/base/Clock.h"
 #include "platform/data/Dao.h"
+#include "platform/print/Printer.h"
 #include "platform/system/Settings.h"
 #include "platform/ui/Dialogs.h"
 #include "platform/ui/ErrorFrame.h"
@@ -16,6 +17,7 @@ struct Services
     Settings &settings;
     dao::DBEngine &engine;
     ErrorFrame &errors;
+    Printer &printer;
     QString appPath; // the program's folder: default database and tips file
 };
 

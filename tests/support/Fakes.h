@@ -1,8 +1,9 @@
 #pragma once
 // What a test puts in place of the outside: dialogs that follow a script, a clock that stands still, settings
-// in memory, and a program of these on which windows can be made.
+// in memory, a printer that notes down, and a program of these on which windows can be made.
 
 #include "shell/state/Global.h"
+#include "tests/support/RecordingPrintDevice.h"
 #include "tests/support/ScriptedDialogs.h"
 
 namespace vardelin::testing_support {
@@ -25,7 +26,9 @@ struct TestProgram
     dao::DBEngine engine;
     int ended = 0;
     ErrorFrame errors{dialogs, [this] { ++ended; }};
-    Services services{dialogs, clock, settings, engine, errors, {}};
+    RecordingPrintDevice paper;
+    Printer printer{paper};
+    Services services{dialogs, clock, settings, engine, errors, printer, {}};
     Global global{services};
 
     TestProgram()
@@ -35,10 +38,10 @@ struct TestProgram
         global.ProjectCaption = QStringLiteral("Project");
         global.SummaryCaption = QStringLiteral("Invoice summary line");
         const FontSetting screen{QStringLiteral("MS Sans Serif"), QStringLiteral("12")};
-        const FontSetting paper{QStringLiteral("Times New Roman"), QStringLiteral("12")};
+        const FontSetting printed{QStringLiteral("Times New Roman"), QStringLiteral("12")};
         global.DefaultDisplayFont = global.DefaultEntryFont = global.DefaultToDoFont = screen;
         global.DefaultFont = global.DefaultLetterheadFont = global.DefaultReportFont =
-            global.DefaultVardelinFont = global.DefaultPrintFont = paper;
+            global.DefaultVardelinFont = global.DefaultPrintFont = printed;
     }
 };
 
