@@ -1,6 +1,6 @@
 #include "display/FeeTip.h"
 
-#include "platform/base/Decimal.h"
+#include "platform/base/Value.h"
 
 using namespace Qt::StringLiterals;
 
@@ -12,25 +12,6 @@ std::optional<QString> feeTip(const QString &rate, const QString &duration)
         return std::nullopt;
     const Decimal fee = toDecimal(Value(rate)) * toDecimal(Value(duration));
     return u"Fee for services is $"_s + currencyText(fee.toCurrency());
-}
-
-int sliderValue(const Place &place, int maximum)
-{
-    if (place.bof && place.eof)
-        return 0;
-    if (place.eof)
-        return maximum;
-    if (place.bof || place.position == 1 || place.count == 0)
-        return 0;
-    return toLong(Value(static_cast<double>(place.position) / static_cast<double>(place.count) * maximum));
-}
-
-std::optional<int> sliderPosition(int value, int maximum, int count)
-{
-    const double place = static_cast<double>(value) / static_cast<double>(maximum) * count;
-    if (place < 1)
-        return std::nullopt;
-    return toLong(Value(place));
 }
 
 } // namespace vardelin

@@ -117,8 +117,7 @@ void frmDisplay::showFile()
 
 Place frmDisplay::place()
 {
-    const ado::Recordset &records = Adodc1.Recordset();
-    return {records.BOF(), records.EOF_(), records.AbsolutePosition(), records.RecordCount()};
+    return placeOf(Adodc1.Recordset());
 }
 
 void frmDisplay::Adodc1_MoveComplete(MoveReason reason)

@@ -4,6 +4,7 @@
 
 #include "display/FeeTip.h"
 #include "platform/data/Adodc.h"
+#include "platform/data/RecordPlace.h"
 #include "platform/ui/Controls.h"
 #include "platform/ui/NotesEdit.h"
 #include "platform/ui/RecordNavigator.h"

@@ -19,16 +19,17 @@ namespace vardelin {
 // Text order of sorted lists: without regard to case; equal ones in order of adding.
 bool listLess(const QString &left, const QString &right);
 
-// A combo box that takes free text beside its sorted list. Nothing is looked up or completed while one types;
+// A combo box that takes free text beside its list. Nothing is looked up or completed while one types;
 // picking or typing does nothing else. Text() is what the field holds.
-class SortedCombo : public QComboBox
+class FreeCombo : public QComboBox
 {
     Q_OBJECT
 public:
-    explicit SortedCombo(QWidget *parent = nullptr);
+    explicit FreeCombo(QWidget *parent = nullptr);
     QString Text() const { return currentText(); }
-    void setText(const QString &text);           // the field alone; the list stays
-    void setEntries(const QStringList &entries); // sorts; the field keeps its text
+    void setText(const QString &text); // the field alone; the list stays
+    // In the order given; the field keeps its text.
+    virtual void setEntries(const QStringList &entries);
     QStringList entries() const;
     // What assistive technology says: on the field, where the focus is, and on the list.
     void setAccessibleCaption(const QString &caption);
@@ -39,6 +40,14 @@ protected:
 
 private:
     class QStringListModel *m_list;
+};
+
+class SortedCombo : public FreeCombo
+{
+    Q_OBJECT
+public:
+    using FreeCombo::FreeCombo;
+    void setEntries(const QStringList &entries) override; // sorts
 };
 
 // A sorted list box, extended or multiple selection. 5,000 entries fill at once.

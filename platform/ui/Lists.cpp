@@ -1,4 +1,4 @@
-// The sorted combo box and the sorted list box.
+// The combo boxes with free text and the sorted list box.
 #include "platform/ui/Controls.h"
 
 #include <QCollator>
@@ -39,7 +39,7 @@ bool listLess(const QString &left, const QString &right)
     return collator.compare(left, right) < 0;
 }
 
-SortedCombo::SortedCombo(QWidget *parent) : QComboBox(parent), m_list(new QStringListModel(this))
+FreeCombo::FreeCombo(QWidget *parent) : QComboBox(parent), m_list(new QStringListModel(this))
 {
     setEditable(true);
     setInsertPolicy(QComboBox::NoInsert);
@@ -52,34 +52,39 @@ SortedCombo::SortedCombo(QWidget *parent) : QComboBox(parent), m_list(new QStrin
         list->setUniformItemSizes(true); // else every one of thousands is measured when the list drops
 }
 
-void SortedCombo::setText(const QString &text)
+void FreeCombo::setText(const QString &text)
 {
     setEditText(text);
 }
 
-void SortedCombo::setEntries(const QStringList &entries)
+void FreeCombo::setEntries(const QStringList &entries)
 {
     const QString text = currentText();
-    m_list->setStringList(sorted(entries));
+    m_list->setStringList(entries);
     setCurrentIndex(-1);
     setEditText(text);
 }
 
-QStringList SortedCombo::entries() const
+QStringList FreeCombo::entries() const
 {
     return m_list->stringList();
 }
 
-void SortedCombo::setAccessibleCaption(const QString &caption)
+void FreeCombo::setAccessibleCaption(const QString &caption)
 {
     setAccessibleName(caption);
     lineEdit()->setAccessibleName(caption);
     view()->setAccessibleName(caption);
 }
 
-void SortedCombo::wheelEvent(QWheelEvent *event)
+void FreeCombo::wheelEvent(QWheelEvent *event)
 {
     event->ignore();
+}
+
+void SortedCombo::setEntries(const QStringList &entries)
+{
+    FreeCombo::setEntries(sorted(entries));
 }
 
 ListBox::ListBox(QWidget *parent) : QListWidget(parent)

@@ -1,5 +1,6 @@
 #include "display/FeeTip.h"
 #include "platform/base/RunTimeError.h"
+#include "platform/data/RecordPlace.h"
 #include "tests/support/PrintQt.h"
 
 #include <gtest/gtest.h>
