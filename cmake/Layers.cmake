@@ -2,7 +2,7 @@
 # vardelin_library() takes its link dependencies from it, so an arrow that isn't here doesn't build.
 set(VARDELIN_LAYERS
   platform/base platform/system platform/jet platform/sql platform/data platform/rich platform/ui platform/print
-  platform/report shell/state database entry display search contacts billing todo shell)
+  platform/report platform/web shell/state database entry display search contacts billing todo shell)
 
 set(uses_platform/base "")
 set(uses_platform/system platform/base)
@@ -12,6 +12,7 @@ set(uses_platform/data platform/base platform/jet platform/sql)
 set(uses_platform/rich platform/base)
 set(uses_platform/ui platform/base platform/system platform/data platform/rich)
 set(uses_platform/print platform/base platform/rich)
+set(uses_platform/web "")
 set(uses_platform/report platform/base platform/system platform/data platform/ui platform/print)
 set(uses_shell/state ${uses_platform/ui} platform/ui platform/print)
 set(uses_database ${uses_shell/state} shell/state)
@@ -21,7 +22,7 @@ set(uses_search ${uses_database} database platform/report)
 set(uses_contacts ${uses_database} database platform/report)
 set(uses_billing ${uses_search} search)
 set(uses_todo ${uses_database} database)
-set(uses_shell ${uses_billing} entry display contacts billing todo)
+set(uses_shell ${uses_billing} entry display contacts billing todo platform/web)
 set(uses_app ${uses_shell} shell)
 
 # platform/jet is plain C++ and knows nothing of Qt; these are the Qt modules of the others.
@@ -33,6 +34,7 @@ set(qt_platform/rich Gui)
 set(qt_platform/ui Widgets)
 set(qt_platform/print Widgets PrintSupport)
 set(qt_platform/report Widgets PrintSupport)
+set(qt_platform/web Widgets)
 set(qt_shell/state Widgets)
 set(qt_database Widgets)
 set(qt_entry Widgets)

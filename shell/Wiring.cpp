@@ -5,12 +5,16 @@
 #include "contacts/frmEmployee.h"
 #include "contacts/frmProject.h"
 #include "contacts/frmRate.h"
+#include "platform/system/AppPath.h"
 #include "shell/ChildWindows.h"
 #include "shell/frmAboutvarden.h"
+#include "shell/frmBrowser.h"
 #include "shell/frmIntroduction.h"
 #include "shell/frmMain.h"
 #include "shell/frmTip.h"
 #include "shell/state/Global.h"
+
+#include <QCoreApplication>
 
 using namespace Qt::StringLiterals;
 
@@ -27,6 +31,20 @@ std::function<void()> modal(Global &global)
     };
 }
 
+// Help asked for again comes to the front; it doesn't open twice.
+void showBrowser(Global &global, frmMain &parent)
+{
+    auto *browser = parent.findChild<frmBrowser *>();
+    if (!browser) {
+        const QString folder = QCoreApplication::applicationDirPath();
+        const HelpBook book{inFolder(folder, u"help"_s)};
+        browser = new frmBrowser(global.services.errors, makeWebView(book, folder), book, &parent);
+    }
+    browser->show();
+    browser->raise();
+    browser->activateWindow();
+}
+
 } // namespace
 
 void wire(Global &global, frmMain &parent)
@@ -40,6 +58,7 @@ void wire(Global &global, frmMain &parent)
     openers.frmTip = modal<frmTip>(global);
     openers.frmIntroduction = modal<frmIntroduction>(global);
     openers.frmAboutvarden = [&global] { frmAboutvarden(global.frmMain).exec(); };
+    openers.frmBrowser = [&] { showBrowser(global, parent); };
     openers.NewEntryWindow = [&] { return NewEntryWindow(global, parent); };
     openers.NewDisplayWindow = [&] { return NewDisplayWindow(global, parent); };
     openers.makeEntryWindow = [&](int index) { return entryWindowAt(global, parent, index); };

@@ -1,8 +1,9 @@
 # The Debian packages that building, running and testing take, and the function that installs those that are missing.
 # Sourced by ./run and ./test.
 
-build_packages=(g++ cmake ninja-build qt6-base-dev libqt6svg6)
-run_packages=(fonts-liberation2)
+build_packages=(g++ cmake ninja-build qt6-base-dev qt6-webengine-dev libqt6svg6)
+# The web view shows the help; without it the program does with Qt's own text browser.
+run_packages=(fonts-liberation2 libqt6webenginewidgets6)
 virtual_screen_packages=(xvfb jwm)
 # The judges of the files that the engine writes are other readers of the format: mdbtools, and an npm package.
 test_packages=(libgtest-dev libgmock-dev mdbtools nodejs npm python3 poppler-utils xvfb clang-format)
