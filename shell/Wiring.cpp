@@ -1,5 +1,6 @@
 #include "shell/Wiring.h"
 
+#include "billing/frmLetterhead.h"
 #include "contacts/frmActivity.h"
 #include "contacts/frmClient.h"
 #include "contacts/frmEmployee.h"
@@ -55,6 +56,7 @@ void wire(Global &global, frmMain &parent)
     openers.frmProject = modal<frmProject>(global);
     openers.frmRate = modal<frmRate>(global);
     openers.frmActivity = modal<frmActivity>(global);
+    openers.frmLetterhead = modal<frmLetterhead>(global);
     openers.frmTip = modal<frmTip>(global);
     openers.frmIntroduction = modal<frmIntroduction>(global);
     openers.frmAboutvarden = [&global] { frmAboutvarden(global.frmMain).exec(); };

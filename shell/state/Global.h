@@ -69,6 +69,11 @@ struct Global
     QString CurrentRate, CurrentDuration;
     Value CurrentFee;
 
+    // Margins of printed lists in inches; 0 counts as 1 until a list is printed. What the word splitter still
+    // has to split, and the word that it gave last.
+    double PrintTopMargin = 0, PrintBottomMargin = 0, PrintLeftMargin = 0, PrintRightMargin = 0;
+    QString PrintWordRest, PrintWord;
+
     // Preferences, read once at start-up; a command that changes one writes variable and store.
     QString ClientCaption, EmployeeCaption, ProjectCaption, SummaryCaption;
     QString DefaultEmployee;
