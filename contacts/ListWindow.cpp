@@ -1,5 +1,6 @@
 #include "contacts/ListWindow.h"
 
+#include "contacts/PrintTextArray.h"
 #include "platform/ui/SharedKeys.h"
 #include "shell/state/Global.h"
 #include "shell/state/Trim.h"
@@ -75,9 +76,7 @@ QMenuBar *ListWindow::makeMenu(const std::vector<MenuEntry> &more)
         {u"mnuDelete"_s, m_design.deleteCaption, {}, [this] { mnuDelete_Click(); }}};
     entries.insert(entries.end(), more.begin(), more.end());
     if (!m_design.printCaption.isEmpty())
-        entries.push_back({u"mnuPrintList"_s, m_design.printCaption, {}, [this] {
-                               m_global.openers.open({}, u"Print list"_s);
-                           }});
+        entries.push_back({u"mnuPrintList"_s, m_design.printCaption, {}, [this] { mnuPrintList_Click(); }});
     entries.push_back({u"mnuDone"_s, u"&Done"_s, {}, [this] { mnuDone_Click(); }});
     auto *bar = new QMenuBar;
     bar->addActions(makeBar(this, entries, m_global.services.errors));
@@ -267,6 +266,17 @@ void ListWindow::deleteRows(QHash<std::pair<QString, QString>, int> doomed)
         throw;
     }
     m_database->CommitTrans();
+}
+
+void ListWindow::mnuPrintList_Click()
+{
+    QString text;
+    if (!m_design.printTitle.isEmpty())
+        text = m_design.printTitle + u"\r\n\r\n"_s;
+    for (const QString &entry : List1->entries())
+        text += entry + u"\r\n"_s;
+    const FontSetting &font = m_global.DefaultPrintFont;
+    PrintTextArray(m_global, {{.Text = text, .FontName = font.name, .FontSize = font.size}});
 }
 
 void ListWindow::mnuDone_Click()

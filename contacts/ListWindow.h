@@ -35,7 +35,8 @@ struct ListWindowDesign
     QString emptyMessage;
     QString deleteCaption = QStringLiteral("&Delete");
     QString returnCaption = QStringLiteral("&Return");
-    QString printCaption; // empty: no such command
+    QString printCaption;    // empty: no such command
+    QString printTitle = {}; // above the printed list; empty: none
     bool deleteKey = true;
     bool twoNames() const { return !firstColumn.isEmpty(); }
 };
@@ -56,6 +57,7 @@ protected:
     virtual bool listKeyPressed(int qtKey);    // true: handled
     virtual bool refuses(const QString &text); // a check of a new single name, with its message
     void mnuDelete_Click();
+    void mnuPrintList_Click();
     void mnuReturn_Click();
     void fillList();
     void keyPressEvent(QKeyEvent *event) override;

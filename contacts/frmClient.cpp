@@ -22,6 +22,7 @@ frmClient::frmClient(Global &global, QWidget *parent)
                   .emptyMessage = u"You forgot to enter a first name or last name, please try again."_s,
                   .deleteCaption = u"Delete selected "_s + global.ClientCaption,
                   .printCaption = u"&Print list"_s,
+                  .printTitle = global.ClientCaption + u" List"_s,
                   .deleteKey = false},
                  parent)
 {
