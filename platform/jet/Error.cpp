@@ -48,10 +48,7 @@ constexpr std::pair<Code, std::string_view> kDescriptions[] = {
      "less data."},
     {Code::AutoNumberReadOnly, "Field cannot be updated."},
     {Code::RowDeleted, "Record is deleted."},
-    {Code::FileTooLarge,
-     "The query cannot be completed. Either the size of the query result is larger than the maximum size "
-     "of a database (2 GB), or there is not enough temporary storage space on the disk to store the query "
-     "result."},
+    {Code::FileTooLarge, "Database has reached maximum size."},
     {Code::TooManyColumns, "Too many fields defined."},
     {Code::DatabaseExists, "Database already exists."},
     {Code::CannotStartTransaction, "Operation not supported in transactions."},
@@ -62,6 +59,10 @@ constexpr std::pair<Code, std::string_view> kDescriptions[] = {
     {Code::ZeroLength, "Field '%1' cannot be a zero-length string."},
     {Code::NewerFormat, "Unrecognized database format '%1'."},
     {Code::UnknownTextOrder, "Selected collating sequence not supported by the operating system."},
+    {Code::NumberOverflow, "Numeric field overflow."},
+    {Code::DecimalTruncated, "Scaling of decimal value resulted in data truncation."},
+    {Code::DecimalTooLarge,
+     "The decimal field's precision is too small to accept the numeric you attempted to add."},
     {Code::TooManyIndexes,
      "The operation failed. There are too many indexes on table '%1'. Delete some of the indexes on the "
      "table and try the operation again."},

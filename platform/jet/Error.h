@@ -37,11 +37,14 @@ enum class Code : int {
     ItemNotFound = 3265,
     NullRequired = 3314, // %1: Table.Column
     ZeroLength = 3315,   // %1: Table.Column
-    FileTooLarge = 3183,
+    FileTooLarge = 3036,
     TooManyColumns = 3190,
     TooManyIndexes = 3626,
     UnknownTextOrder = 3613, // a write to a table with an index in an order that this engine can't make
     AutoNumberReadOnly = 3164,
+    NumberOverflow = 3349, // the auto-numbers are used up
+    DecimalTruncated = 3758,
+    DecimalTooLarge = 3759,
 };
 
 // what() is the description in UTF-8, ready to be shown.

@@ -134,6 +134,7 @@ struct NewColumn
     bool required = false;
     bool allowZeroLength = false;
     bool compress = false;
+    std::uint8_t precision = 18, scale = 0; // Decimal: digits in all, 1 to 28, and behind the point
 };
 
 struct NewIndex

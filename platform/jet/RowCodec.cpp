@@ -62,6 +62,38 @@ Decimal decodeDecimal(const Column &column, const std::byte *stored)
     return value;
 }
 
+// Decimal arithmetic in place, most significant word first: times ten. False: it doesn't fit.
+bool timesTen(std::array<std::uint32_t, 4> &magnitude)
+{
+    std::uint64_t carry = 0;
+    for (auto word = magnitude.rbegin(); word != magnitude.rend(); ++word) {
+        carry += std::uint64_t{*word} * 10;
+        *word = static_cast<std::uint32_t>(carry);
+        carry >>= 32;
+    }
+    return carry == 0;
+}
+
+// Divided by ten; the remainder.
+std::uint32_t tenth(std::array<std::uint32_t, 4> &magnitude)
+{
+    std::uint64_t rest = 0;
+    for (std::uint32_t &word : magnitude) {
+        rest = rest << 32 | word;
+        word = static_cast<std::uint32_t>(rest / 10);
+        rest %= 10;
+    }
+    return static_cast<std::uint32_t>(rest);
+}
+
+int digitsOf(std::array<std::uint32_t, 4> magnitude)
+{
+    int digits = 0;
+    for (; magnitude != std::array<std::uint32_t, 4>{}; ++digits)
+        tenth(magnitude);
+    return digits;
+}
+
 // A fixed Text or Binary column fills its whole place.
 Bytes padded(const Column &column, Bytes bytes)
 {
@@ -239,6 +271,21 @@ bool cellFits(const Column &column, const Cell &cell)
         return std::holds_alternative<Decimal>(cell);
     }
     return false;
+}
+
+Decimal decimalFor(const Column &column, Decimal value)
+{
+    for (; value.scale > column.scale; --value.scale) {
+        if (tenth(value.magnitude) != 0)
+            throw Error(Code::DecimalTruncated);
+    }
+    bool fits = true;
+    for (; fits && value.scale < column.scale; ++value.scale)
+        fits = timesTen(value.magnitude);
+    if (!fits || (column.precision != 0 && digitsOf(value.magnitude) > column.precision))
+        throw Error(Code::DecimalTooLarge);
+    value.negative = value.negative && value.magnitude != Decimal{}.magnitude;
+    return value;
 }
 
 Bytes encodeCell(const Column &column, const Cell &cell)

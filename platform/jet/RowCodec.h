@@ -53,6 +53,9 @@ std::u16string decodeText(std::span<const std::byte> stored, RowPlace place);
 
 // Values of any type but Boolean, Memo and OLE.
 Bytes encodeCell(const Column &column, const Cell &cell);
+// The same number at the scale of its column. DecimalTruncated: it has more places; DecimalTooLarge: more
+// digits.
+Decimal decimalFor(const Column &column, Decimal value);
 Cell decodeCell(const Column &column, std::span<const std::byte> stored, RowPlace place);
 
 // Whether the cell is of the alternative that the column's type asks for; Null always is.

@@ -40,7 +40,9 @@ RowPlan::RowPlan(FileParts &parts, const TableDefinition &table, std::span<const
             throw Error(Code::InvalidArgument);
         if (old && table.columns[column].autoNumber && cell != old->cell(column))
             throw Error(Code::AutoNumberReadOnly);
-        m_cells[column] = &cell;
+        const auto *decimal = std::get_if<Decimal>(&cell);
+        m_cells[column] =
+            decimal ? &m_decimals.emplace_back(decimalFor(table.columns[column], *decimal)) : &cell;
     }
 }
 
@@ -52,7 +54,7 @@ void RowPlan::giveAutoNumber(std::int32_t &lastGiven)
     const std::byte *page = m_parts.pager().page(m_table.page());
     const auto last = std::max(load<std::int32_t>(page + kAutoNumberAt), lastGiven);
     if (last == std::numeric_limits<std::int32_t>::max())
-        throw Error(Code::InvalidArgument);
+        throw Error(Code::NumberOverflow);
     lastGiven = last + 1;
     m_autoNumber = lastGiven;
     m_cells[*column] = &m_autoNumber;

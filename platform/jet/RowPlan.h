@@ -15,13 +15,14 @@ class RowPlan
 {
 public:
     // old: the row as it is, for an update; its bytes must outlive the plan. Columns that aren't named keep
-    // their values, in a new row they are Null. Throws InvalidArgument, AutoNumberReadOnly.
+    // their values, in a new row they are Null. Throws InvalidArgument, AutoNumberReadOnly, DecimalTruncated,
+    // DecimalTooLarge.
     RowPlan(FileParts &parts, const TableDefinition &table, std::span<const ColumnValue> values,
             const RowView *old, std::span<const std::byte> oldBytes);
 
-    void giveAutoNumber(std::int32_t &lastGiven);
-    void check() const; // NullRequired, ZeroLength, FieldTooSmall
-    void encode();      // RecordTooLarge
+    void giveAutoNumber(std::int32_t &lastGiven); // NumberOverflow behind the last one there is
+    void check() const;                           // NullRequired, ZeroLength, FieldTooSmall
+    void encode();                                // RecordTooLarge
 
     bool named(std::size_t column) const { return m_cells[column] != nullptr; }
     Cell value(std::size_t column) const; // as it will be
@@ -55,6 +56,7 @@ private:
     std::span<const std::byte> m_oldBytes;
     std::vector<const Cell *> m_cells; // null: not named
     Cell m_autoNumber;
+    std::deque<Cell> m_decimals; // brought to the scale of their columns
     std::vector<StoredField> m_fields;
     std::vector<Outside> m_outside;
     std::vector<std::size_t> m_replaced;

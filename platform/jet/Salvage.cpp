@@ -18,6 +18,7 @@ namespace vardelin::jet {
 namespace {
 
 constexpr std::size_t kRowsAtOnce = 1000, kLongestName = 64;
+constexpr std::uint8_t kMostDigits = 28; // of a Decimal
 constexpr std::uint32_t kDefinitionMark = 0x659;
 constexpr std::uint32_t kSystemFlags = 0x80000002;
 constexpr std::u16string_view kSetAside = u" (set aside)";
@@ -221,7 +222,12 @@ private:
                                                                   : 0;
             plan.columns.push_back({usableName(column.name, used), column.type,
                                     static_cast<std::uint16_t>(size), column.autoNumber, column.required,
-                                    column.allowZeroLength, column.compress});
+                                    column.allowZeroLength, column.compress, column.precision, column.scale});
+            NewColumn &made = plan.columns.back();
+            if (made.precision == 0 || made.precision > kMostDigits || made.scale > made.precision) {
+                made.precision = kMostDigits;
+                made.scale = std::min(made.scale, kMostDigits);
+            }
         }
         used.clear();
         for (const LogicalIndex &logical : definition.logical) {
@@ -295,6 +301,7 @@ private:
             case Code::ZeroLength:
             case Code::FieldTooSmall:
             case Code::RecordTooLarge:
+            case Code::DecimalTooLarge:
                 return false;
             default:
                 throw;
@@ -315,6 +322,7 @@ private:
             column.allowZeroLength = true;
             if (column.type == ColumnType::Text)
                 column.size = 255;
+            column.precision = kMostDigits;
         }
         m_aside = &m_file.createTable(plan);
         return *m_aside;

@@ -205,15 +205,18 @@ std::vector<RowId> Table::find(const LogicalIndex &index, std::span<const Cell> 
         throw Error(Code::InvalidArgument);
     leading.columns.resize(key.size());
     std::vector<ColumnType> types;
+    std::vector<Cell> cells(key.begin(), key.end());
     for (std::size_t i = 0; i < key.size(); ++i) {
         const Column &column = *table.byNumber(leading.columns[i].column);
         if (!table.knownOrder && (column.type == ColumnType::Text || column.type == ColumnType::Memo))
             throw Error(Code::UnknownTextOrder);
         if (!cellFits(column, key[i]))
             throw Error(Code::InvalidArgument);
+        if (const auto *decimal = std::get_if<Decimal>(&key[i]))
+            cells[i] = decimalFor(column, *decimal);
         types.push_back(column.type);
     }
-    const std::string prefix = indexKey(leading, types, key);
+    const std::string prefix = indexKey(leading, types, cells);
     std::vector<RowId> rows;
     IndexTree tree(m_file.pager(), table.page(), leading.root);
     for (auto at = tree.seek(prefix); !at.atEnd() && at.key().starts_with(prefix); at.next())

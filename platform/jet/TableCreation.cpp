@@ -14,6 +14,7 @@ namespace {
 
 constexpr std::size_t kMaxColumns = 255, kMaxIndexes = 32, kMaxKeyColumns = 10, kLongestName = 64;
 constexpr std::uint16_t kLongestText = 255, kLongestBinary = 510;
+constexpr std::uint8_t kMostDigits = 28;
 
 // ---- What a new table may be
 
@@ -46,7 +47,11 @@ void checkColumns(const NewTable &table)
     for (const NewColumn &column : table.columns) {
         const bool tooLong = (column.type == ColumnType::Text && column.size > kLongestText) ||
                              (column.type == ColumnType::Binary && column.size > kLongestBinary);
-        if (tooLong || (column.autoNumber && (column.type != ColumnType::Long || ++autoNumbers > 1)))
+        const bool noDecimal =
+            column.type == ColumnType::Decimal &&
+            (column.precision == 0 || column.precision > kMostDigits || column.scale > column.precision);
+        if (tooLong || noDecimal ||
+            (column.autoNumber && (column.type != ColumnType::Long || ++autoNumbers > 1)))
             throw Error(Code::InvalidArgument);
     }
 }
@@ -92,8 +97,10 @@ DraftColumn draftOf(const NewColumn &source, std::size_t ordinal)
     draft.column.allowZeroLength = source.allowZeroLength;
     draft.column.compress =
         source.compress && (source.type == ColumnType::Text || source.type == ColumnType::Memo);
-    if (source.type == ColumnType::Decimal)
-        draft.column.precision = 18;
+    if (source.type == ColumnType::Decimal) {
+        draft.column.precision = source.precision;
+        draft.column.scale = source.scale;
+    }
     const bool fixed = source.type == ColumnType::Boolean || fixedSize(source.type) != 0;
     draft.flags = static_cast<std::uint8_t>(kNullableColumn | (fixed ? kFixedColumn : 0) |
                                             (source.autoNumber ? kAutoNumberColumn : 0));

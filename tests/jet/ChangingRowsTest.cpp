@@ -63,6 +63,35 @@ TEST_F(ChangingRows, EveryTypeComesBack)
     EXPECT_EQ(codeOf([&] { updateCell(again, first.id(), 14, true); }), Code::InvalidArgument);
 }
 
+TEST_F(ChangingRows, DecimalsKeepTheScaleOfTheirColumn)
+{
+    NewColumn price = plainColumn(u"Price", ColumnType::Decimal);
+    price.precision = 6;
+    price.scale = 2;
+    Table &table =
+        m_file->createTable({u"Prices", {price, textColumn(u"A", 5)}, {{u"ByPrice", {{u"Price", false}}}}});
+    const auto number = [](std::uint32_t digits, std::uint8_t scale, bool negative = false) {
+        return Cell(Decimal{negative, {0, 0, 0, digits}, scale});
+    };
+    const RowId ten = insertRow(table, {number(10, 0)});
+    const RowId less = insertRow(table, {number(12500, 4, true)});
+    insertRow(table, {number(0, 3, true)});
+    const auto add = [&](const Cell &cell) { return codeOf([&] { insertRow(table, {cell}); }); };
+    EXPECT_EQ(add(number(12345, 4)), Code::DecimalTruncated);
+    EXPECT_EQ(add(number(10000, 0)), Code::DecimalTooLarge);
+    EXPECT_EQ(add(Decimal{false, {1, 0, 0, 0}, 2}), Code::DecimalTooLarge);
+    EXPECT_EQ(rowsOf(reopened(u"Prices")),
+              (std::vector<Row>{{number(1000, 2), {}}, {number(125, 2, true), {}}, {number(0, 2), {}}}));
+    Table &again = m_file->table(u"Prices");
+    EXPECT_EQ(again.columns()[0].precision, 6);
+    EXPECT_EQ(again.columns()[0].scale, 2);
+    const Cell key = number(10000, 3);
+    EXPECT_EQ(again.find(again.indexes()[0], {&key, 1}), std::vector<RowId>{ten});
+    EXPECT_EQ(again.inOrder(again.indexes()[0]).front(), less);
+    price.scale = 7;
+    EXPECT_EQ(codeOf([&] { m_file->createTable({u"No", {price}, {}}); }), Code::InvalidArgument);
+}
+
 TEST_F(ChangingRows, MemosOfEveryKindTurnIntoOneAnother)
 {
     Table &table = m_file->createTable({u"Notes", {plainColumn(u"Note", ColumnType::Memo)}, {}});
@@ -190,6 +219,10 @@ TEST_F(ChangingRows, AutoNumbersRiseAndStay)
     again.insert({&value, 1});
     EXPECT_EQ(again.lastAutoNumber(), 11);
     EXPECT_EQ(again.rowCount(), 5U);
+    insertRow(again, {std::numeric_limits<std::int32_t>::max(), u"z"s});
+    const Bytes before = readFile(m_path);
+    EXPECT_EQ(codeOf([&] { again.insert({&value, 1}); }), Code::NumberOverflow);
+    EXPECT_EQ(readFile(m_path), before);
 }
 
 TEST_F(ChangingRows, WhatIsRefusedLeavesTheFileAsItWas)
@@ -253,7 +286,14 @@ TEST_F(ChangingRows, LongestRowsAndRowsTooLong)
     insertRow(table, row);
     EXPECT_EQ(rowsOf(table), std::vector<Row>{row});
     row[8] = std::u16string(255, u'Ж');
+    const Bytes before = readFile(m_path);
     EXPECT_EQ(codeOf([&] { insertRow(table, row); }), Code::RecordTooLarge);
+    // One byte more than the longest note that there is.
+    EXPECT_EQ(codeOf([&] {
+                  insertRow(table, {{}, {}, {}, {}, {}, {}, {}, {}, {}, std::u16string(1U << 29, u'x')});
+              }),
+              Code::FieldTooSmall);
+    EXPECT_EQ(readFile(m_path), before);
 }
 
 TEST_F(ChangingRows, OtherOpenFilesSeeWhatWasCommitted)

@@ -90,7 +90,50 @@ TEST(Growth, AcrossTheLimitOfABitMapPage)
     }
 }
 
-// The same with 140 MiB of memos, for which VARDELIN_LARGE must be set.
+// The largest file that there can be, most of it a hole: what doesn't fit any more is refused, and nothing of
+// it is written.
+TEST(Growth, UpToTwoGibibytes)
+{
+    const TemporaryFolder folder;
+    const auto path = folder / "full.mdb";
+    {
+        const auto file = File::create(path);
+        file->createTable({u"Notes", {plainColumn(u"Note", ColumnType::Memo)}, {}});
+    }
+    std::filesystem::resize_file(path, std::uint64_t{kMaxPages - 40} * kPageSize);
+    auto file = File::open(path);
+    Table &notes = file->table(u"Notes");
+    const auto add = [&](std::size_t units) {
+        return codeOf([&] { insertRow(notes, {std::u16string(units, u'n')}); });
+    };
+    std::vector<RowId> rows = growTo(*file, notes, 4072, 4); // what the map calls free first
+    std::optional<Code> refused;
+    for (std::size_t i = 0; i < 100 && !refused; ++i)
+        refused = add(8 * 2036);
+    EXPECT_EQ(refused, Code::FileTooLarge);
+    const std::uint64_t size = std::filesystem::file_size(path);
+    EXPECT_LE(size, std::uint64_t{kMaxPages} * kPageSize);
+    EXPECT_GT(size, std::uint64_t{kMaxPages - 20} * kPageSize);
+    const std::vector<Row> before = rowsOf(notes);
+    EXPECT_EQ(add(100 * 2036), Code::FileTooLarge);
+    {
+        Scope scope(*file); // goes on with what fits
+        EXPECT_EQ(add(100 * 2036), Code::FileTooLarge);
+        notes.erase(rows[1]);
+        scope.commit();
+    }
+    EXPECT_EQ(std::filesystem::file_size(path), size);
+    file.reset();
+    file = File::open(path);
+    std::vector<Row> left = before;
+    left.erase(left.begin() + 1);
+    EXPECT_EQ(rowsOf(file->table(u"Notes")), left);
+    EXPECT_EQ(codeOf([&] { insertRow(file->table(u"Notes"), {std::u16string(2036, u'm')}); }), std::nullopt)
+        << "there is room again";
+    EXPECT_EQ(folder.fileCount(), 1U);
+}
+
+// Past the limit of a bit map page with 140 MiB of memos, for which VARDELIN_LARGE must be set.
 TEST(Growth, PastThirtyTwoThousandPages)
 {
     if (!std::getenv("VARDELIN_LARGE")) {
