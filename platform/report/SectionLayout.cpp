@@ -7,7 +7,9 @@ namespace vardelin {
 
 namespace {
 
-constexpr double kSmallest = 0.7;  // share of its size that a line may be set in to fit its box
+constexpr double kSmallest = 0.7; // share of its size that a line may be set in to fit its box
+constexpr double kSmallestNumber = 0.4;
+constexpr double kUnbroken = 1e9;  // twips: the width of a line that isn't to be broken
 constexpr double kLineSlack = 0.1; // of a line, by which the last one may stand out of a box
 
 struct Block
@@ -32,6 +34,23 @@ void fitLine(Block &block, double width, const TextMeasurer &measurer)
     line.width = width;
 }
 
+bool isNumber(const ReportControl &control)
+{
+    return control.kind == ReportControl::Kind::Sum || control.DataFormat.contains(u'0') ||
+           control.DataFormat.contains(u'#');
+}
+
+// A number is never shortened, for it would pass for another one: it runs over its box in the end.
+void fitNumber(Block &block, double width)
+{
+    TextLine &line = block.lines.front();
+    const double share = std::max(kSmallestNumber, width / line.width);
+    if (share >= 1)
+        return;
+    block.font.Size *= share;
+    line.width *= share;
+}
+
 void fitBox(Block &block, const QString &text, double width, const TextMeasurer &measurer)
 {
     const auto capacity =
@@ -39,7 +58,7 @@ void fitBox(Block &block, const QString &text, double width, const TextMeasurer 
     if (block.lines.size() <= capacity)
         return;
     if (capacity == 1) {
-        block.lines = breakLines(text, block.font, 1e9, measurer);
+        block.lines = breakLines(text, block.font, kUnbroken, measurer);
         const bool more = block.lines.size() > 1;
         block.lines.resize(1);
         if (more)
@@ -61,10 +80,13 @@ Block layBlock(const ReportControl &control, const QString &text, const TextMeas
     if (control.kind == ReportControl::Kind::Line)
         return block;
     block.metric = measurer.lineMetric(control.Font);
-    block.lines = breakLines(text, control.Font, control.box.width, measurer);
+    const bool number = isNumber(control);
+    block.lines = breakLines(text, control.Font, number ? kUnbroken : control.box.width, measurer);
     if (block.lines.empty())
         return block;
-    if (!control.CanGrow)
+    if (number)
+        fitNumber(block, control.box.width);
+    else if (!control.CanGrow)
         fitBox(block, text, control.box.width, measurer);
     const auto needed = static_cast<double>(control.CanGrow ? block.lines.size() : 1) * block.metric.height;
     block.height = std::max(block.height, needed);

@@ -103,6 +103,14 @@ TEST_F(LayoutTest, ABoxThatDoesNotGrowShowsWhatItHolds)
     const auto narrow = lay({{u"sixteen letters!"_s, {}}});
     EXPECT_EQ(itemOf(narrow[0], u"sixteen letters!"_s)->font.Size, 9);
     EXPECT_EQ(itemOf(narrow[0], u"sixteen letters!"_s)->font.Name, u"Times New Roman"_s);
+
+    // A number keeps its digits: in a smaller size, and beyond its box in the end.
+    ReportControl &hours = design.sections[2].controls[2];
+    hours.DataFormat = u"0.0000"_s; // 1.5000: 6 x 120
+    for (const auto &[width, size] : {std::pair{360, 6.0}, std::pair{100, 12 * 0.4}}) {
+        hours.box.width = width;
+        EXPECT_EQ(itemOf(lay({{u"a"_s, {}}})[0], u"1.5000"_s)->font.Size, size);
+    }
 }
 
 TEST_F(LayoutTest, KeepsRecordsTogetherAndLetsLongOnesFlow)
