@@ -6,6 +6,7 @@
 #include "contacts/frmEmployee.h"
 #include "contacts/frmProject.h"
 #include "contacts/frmRate.h"
+#include "platform/report/ReportWindow.h"
 #include "platform/system/AppPath.h"
 #include "shell/ChildWindows.h"
 #include "shell/frmAboutvarden.h"
@@ -15,7 +16,7 @@
 #include "shell/frmTip.h"
 #include "shell/state/Global.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 
 using namespace Qt::StringLiterals;
 
@@ -61,6 +62,10 @@ void wire(Global &global, frmMain &parent)
     openers.frmIntroduction = modal<frmIntroduction>(global);
     openers.frmAboutvarden = [&global] { frmAboutvarden(global.frmMain).exec(); };
     openers.frmBrowser = [&] { showBrowser(global, parent); };
+    openers.showReport = [&](DataReport &report) {
+        QWidget *active = QApplication::activeWindow();
+        showReport(report, global.services.dialogs, global.services.errors, active ? active : global.frmMain);
+    };
     openers.NewEntryWindow = [&] { return NewEntryWindow(global, parent); };
     openers.NewDisplayWindow = [&] { return NewDisplayWindow(global, parent); };
     openers.makeEntryWindow = [&](int index) { return entryWindowAt(global, parent, index); };

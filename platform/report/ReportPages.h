@@ -34,6 +34,7 @@ public:
 
     const ReportDesign &design() const { return m_design; }
     const ReportRecords &records() const { return m_records; }
+    const TextMeasurer &measurer() const { return m_measurer; }
     const Paper &paper() const { return m_paper; }
 
     int found() const { return static_cast<int>(m_starts.size()); } // pages whose beginning is known
