@@ -141,6 +141,16 @@ const CatalogEntry *Catalog::find(PageNo page)
     return found == all.end() ? nullptr : &*found;
 }
 
+DateTime Catalog::created()
+{
+    const ObjectColumns at = columnsOf(objects());
+    for (Cursor row = objects().scan(); !row.atEnd(); row.next()) {
+        if (valueOf<std::int32_t>(row.view(), at.id) == static_cast<std::int32_t>(kObjectsPage))
+            return valueOf<DateTime>(row.view(), at.dateCreate).value_or(DateTime{});
+    }
+    return {};
+}
+
 std::array<std::byte, 2> Catalog::securityMask()
 {
     const ObjectColumns at = columnsOf(objects());

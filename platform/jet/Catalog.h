@@ -46,6 +46,9 @@ public:
     const CatalogEntry *find(std::u16string_view name);
     const CatalogEntry *find(PageNo page);
 
+    // When the database was made: the date of MSysObjects itself, 0 if nothing says so.
+    DateTime created();
+
     // The row of a new table and its rights; in a write section.
     RowId addTable(std::u16string_view name, PageNo page, const Bytes &properties);
 

@@ -73,7 +73,12 @@ Table &File::createTable(const NewTable &table)
 ReadScope::ReadScope(const File &file) : m_parts(*file.m_parts)
 {
     m_parts.pager().beginRead();
-    m_parts.enter();
+    try {
+        m_parts.enter();
+    } catch (...) {
+        m_parts.pager().endRead();
+        throw;
+    }
 }
 
 ReadScope::~ReadScope()
@@ -84,7 +89,12 @@ ReadScope::~ReadScope()
 Scope::Scope(File &file) : m_parts(*file.m_parts)
 {
     m_parts.pager().beginWrite();
-    m_parts.enter();
+    try {
+        m_parts.enter();
+    } catch (...) {
+        m_parts.pager().rollback();
+        throw;
+    }
     m_parts.touch();
 }
 

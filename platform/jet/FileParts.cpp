@@ -1,5 +1,6 @@
 #include "platform/jet/FileParts.h"
 
+#include "platform/jet/Header.h"
 #include "platform/jet/Properties.h"
 
 namespace vardelin::jet {
@@ -12,17 +13,44 @@ FileParts::~FileParts() = default;
 
 void FileParts::enter()
 {
-    if (m_version == m_pager->version())
+    if (!m_replaced && m_version == m_pager->version())
         return;
     forget();
     m_version = m_pager->version();
+    m_replaced = m_replaced || !isSameDatabase();
+    if (m_replaced)
+        throw Error(Code::WriteError, {}, "another database stands in the place of this one");
 }
 
 // Nobody else can have written since enter(), for the section held the lock.
 void FileParts::committed()
 {
-    m_version = m_pager->version();
+    m_version = m_origin ? m_pager->version() : 0; // a file just made is looked at once more
     touch();
+}
+
+std::optional<FileParts::Origin> FileParts::origin()
+{
+    if (m_pager->pageCount() <= kRelationshipsPage)
+        return std::nullopt;
+    try {
+        const std::byte *header = m_pager->page(0);
+        return Origin{Bytes(header, header + kHeaderEnd), m_catalog.created()};
+    } catch (const Error &error) {
+        if (error.code() != Code::Damaged)
+            throw;
+        return std::nullopt; // whoever reads from it will hear of it
+    }
+}
+
+bool FileParts::isSameDatabase()
+{
+    std::optional<Origin> now = origin();
+    if (m_origin && now)
+        return *m_origin == *now;
+    if (!m_origin)
+        m_origin = std::move(now);
+    return true;
 }
 
 void FileParts::forget()
@@ -47,6 +75,8 @@ Table &FileParts::baseTable(PageNo page, std::u16string_view name)
 Table &FileParts::userTable(const CatalogEntry &entry)
 {
     std::unique_ptr<Table> &table = m_tables[entry.page];
+    if (table && table->name() != entry.name)
+        m_gone.push_back(std::move(table));
     if (!table) {
         auto definition = std::make_unique<TableDefinition>(
             parseDefinition(*m_pager, readDefinition(*m_pager, entry.page)));
@@ -93,16 +123,16 @@ void FileParts::refresh(TableDefinition &definition)
     const PageNo page = definition.page();
     const bool base = page <= kRelationshipsPage;
     const CatalogEntry *entry = base ? nullptr : m_catalog.find(page);
-    if (!base && !entry)
+    if (!base && (!entry || entry->name != definition.name))
         throw Error(Code::TableNotFound, toUtf8(definition.name));
     if (entry)
         definition.catalogRow = entry->row;
     DefinitionBytes source = readDefinition(*m_pager, page);
     // Those who hold a reference to the columns keep it as long as nothing has changed.
-    if ((base || definition.name == entry->name) && isCurrent(definition, source))
+    if (isCurrent(definition, source))
         return;
     TableDefinition fresh = parseDefinition(*m_pager, std::move(source));
-    fresh.name = base ? definition.name : entry->name;
+    fresh.name = definition.name;
     fresh.catalogRow = definition.catalogRow;
     if (!base)
         readProperties(fresh);

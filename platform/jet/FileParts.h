@@ -8,7 +8,7 @@
 //      file whenever others have committed or changes were undone. Our own commits change rows and counts,
 //      not the knowledge; what does (a new table, rows of the catalog) calls forget().
 //   2. A Table lives as long as the File. Its definition object is replaced only if the file holds another
-//      one now.
+//      one now; it never comes to stand for a table of another name.
 
 #include "platform/jet/Allocation.h"
 #include "platform/jet/Catalog.h"
@@ -29,7 +29,8 @@ public:
     Allocation &allocation() { return m_allocation; }
     Catalog &catalog() { return m_catalog; }
 
-    // Right behind the begin of a section: notices what others have committed.
+    // Right behind the begin of a section: notices what others have committed. WriteError once another
+    // database was copied over this one: what is known here, row places among it, belongs to the old one.
     void enter();
     void committed(); // right behind a commit of ours
     void forget();    // changes were undone, or the catalog was changed
@@ -47,10 +48,23 @@ private:
     Bytes propertiesAt(RowId catalogRow);
     void readProperties(TableDefinition &definition);
     bool isCurrent(const TableDefinition &definition, const DefinitionBytes &source);
+    // What no change of a database changes: the masked part of page 0 and the moment of its creation.
+    struct Origin
+    {
+        Bytes header;
+        DateTime created;
+        bool operator==(const Origin &) const = default;
+    };
+    std::optional<Origin> origin(); // none while the file is made, or if it can't be read
+    bool isSameDatabase();
+
     std::unique_ptr<Pager> m_pager;
     Allocation m_allocation;
     Catalog m_catalog;
     std::map<PageNo, std::unique_ptr<Table>> m_tables;
+    std::vector<std::unique_ptr<Table>> m_gone; // whose pages are another table's now
+    std::optional<Origin> m_origin;
+    bool m_replaced = false;
     std::uint64_t m_version = 0, m_generation = 1, m_changes = 0;
 };
 

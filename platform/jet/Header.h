@@ -24,6 +24,8 @@
 
 namespace vardelin::jet {
 
+inline constexpr std::size_t kHeaderEnd = 0xA0; // behind it only commit counters change
+
 // Throws NewerFormat (also for what isn't such a database at all), OlderFormat, Password or Damaged; needs a
 // read section.
 void checkHeader(Pager &pager);

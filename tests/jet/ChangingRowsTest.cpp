@@ -1,5 +1,7 @@
 // Inserting, updating and deleting: values, long values, moved rows, numbers, refusals.
 
+#include "platform/jet/Bytes.h"
+#include "platform/jet/Catalog.h"
 #include "tests/jet/RowFixtures.h"
 
 namespace vardelin::jet::test {
@@ -310,6 +312,39 @@ TEST_F(ChangingRows, OtherOpenFilesSeeWhatWasCommitted)
     const auto reader = File::open(m_path, {.readOnly = true});
     EXPECT_EQ(rowsOf(reader->table(u"T")).size(), 2U);
     EXPECT_EQ(codeOf([&] { insertRow(reader->table(u"T"), {u"third"s}); }), Code::ReadOnlyDatabase);
+}
+
+// The same name, the same inode, another content.
+TEST_F(ChangingRows, CopiedOverWhileItIsOpen)
+{
+    m_file->createTable({u"Old", {textColumn(u"A", 50)}, {}});
+    Table &old = m_file->table(u"Old");
+    insertRow(old, {u"old"s});
+    const Bytes backup = readFile(m_path);
+    m_file->createTable({u"New", {textColumn(u"A", 50)}, {}});
+    Table &fresh = m_file->table(u"New");
+    const RowId row = insertRow(fresh, {u"new"s});
+
+    writeFile(m_path, backup); // of this very database
+    EXPECT_EQ(codeOf([&] { updateCell(fresh, row, 0, u"x"s); }), Code::TableNotFound);
+    File::open(m_path)->createTable({u"Other", {textColumn(u"A", 50)}, {}});
+    EXPECT_EQ(codeOf([&] { insertRow(fresh, {u"x"s}); }), Code::TableNotFound) << "not into Other";
+    insertRow(m_file->table(u"Other"), {u"other"s});
+    EXPECT_EQ(rowsOf(old), std::vector<Row>{{u"old"s}});
+
+    Bytes another = readFile(m_path); // made a day later
+    const auto day = static_cast<std::int32_t>(currentDate().days);
+    for (std::byte *at = another.data() + 14 * kPageSize; at < another.data() + 15 * kPageSize - 8; ++at) {
+        if (const auto date = load<double>(at); date >= day - 1 && date < day + 1)
+            store(at, date + 1);
+    }
+    writeFile(m_path, another);
+    EXPECT_EQ(codeOf([&] { rowsOf(old); }), Code::WriteError);
+    EXPECT_EQ(codeOf([&] { insertRow(old, {u"x"s}); }), Code::WriteError);
+    EXPECT_EQ(codeOf([&] { Scope scope(*m_file); }), Code::WriteError);
+    EXPECT_EQ(codeOf([&] { m_file->tableNames(); }), Code::WriteError);
+    EXPECT_EQ(readFile(m_path), another);
+    EXPECT_EQ(rowsOf(reopened(u"Other")).size(), 1U);
 }
 
 } // namespace
