@@ -14,7 +14,7 @@
 //   4. The last auto-number is the highest in the column; an empty table starts anew.
 //   5. The new file takes its name when it is whole, verified (row counts, a checksum of each column, entries
 //   of each
-//      index) and on the disk. A failure leaves nothing of it, and `from` is never written to.
+//      index) and on the disk, from which it was read back. A failure leaves nothing of it, and `from` is never written to.
 
 #include "platform/jet/Disk.h"
 

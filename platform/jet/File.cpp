@@ -64,8 +64,9 @@ Table &File::createTable(const NewTable &table)
 {
     Writing writing(*m_parts);
     jet::createTable(*m_parts, table);
+    Table &made = File::table(table.name); // behind the commit nothing may fail any more
     writing.commit();
-    return File::table(table.name);
+    return made;
 }
 
 // ---- Scopes

@@ -82,6 +82,7 @@ private:
     void commitThroughJournal(const std::vector<PageChange> &changes);
     void publishNew(const std::vector<PageChange> &changes);
     void writePages(const std::vector<PageChange> &changes);
+    void verifyWritten(const std::vector<PageChange> &changes);
     void restore();
     void adopt(const std::vector<PageChange> &changes);
 
@@ -399,12 +400,24 @@ void FilePager::publishNew(const std::vector<PageChange> &changes)
     m_file->truncate(0);
     writePages(changes);
     m_file->sync();
+    verifyWritten(changes);
     m_disk.publish(m_opening.fresh, m_opening.place);
     if (!quietly([this] { m_disk.syncFolderOf(m_opening.place); })) {
         quietly([this] { m_disk.rename(m_opening.place, m_opening.fresh); });
         throw Error(Code::WriteError, {}, "folder");
     }
     m_opening.fresh.clear();
+}
+
+// What the disk holds now is what was meant for it.
+void FilePager::verifyWritten(const std::vector<PageChange> &changes)
+{
+    std::array<std::byte, kPageSize> page;
+    for (const PageChange &change : changes) {
+        m_file->read(std::uint64_t{change.page} * kPageSize, page);
+        if (std::memcmp(page.data(), change.after, kPageSize) != 0)
+            throw Error(Code::WriteError, {}, "page " + std::to_string(change.page) + " isn't as written");
+    }
 }
 
 void FilePager::adopt(const std::vector<PageChange> &changes)

@@ -309,5 +309,27 @@ TEST(Compact, AFailingDiskLeavesNoNewFile)
     EXPECT_GE(successes, 4);
 }
 
+// A disk that says it has written and hasn't: what it holds is read back before anybody gets it.
+TEST(Compact, WhatTheDiskDidNotKeepIsNoticed)
+{
+    MemoryDisk memory;
+    makeTables(*File::create("from.mdb", memory));
+    FaultyDisk disk(memory);
+    int noticed = 0;
+    bool failed = true;
+    for (int n = 1; failed; ++n) {
+        disk.failAt(n, FaultyDisk::Fault::Silent);
+        const auto thrown = codeOf([&] { compactFile("from.mdb", "to.mdb", disk); });
+        failed = disk.hasFailed() || n <= disk.operations();
+        EXPECT_TRUE(!thrown || !memory.exists("to.mdb")) << "operation " << n;
+        noticed += thrown ? 1 : 0;
+        if (!thrown) {
+            EXPECT_TRUE(checkFile("to.mdb", memory).clean()) << "operation " << n;
+            memory.remove("to.mdb");
+        }
+    }
+    EXPECT_GT(noticed, 5);
+}
+
 } // namespace
 } // namespace vardelin::jet::test

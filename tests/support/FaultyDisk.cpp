@@ -1,5 +1,7 @@
 #include "tests/support/FaultyDisk.h"
 
+#include <algorithm>
+
 namespace vardelin::jet::test {
 
 namespace fs = std::filesystem;
@@ -19,30 +21,65 @@ public:
     }
     void write(std::uint64_t offset, std::span<const std::byte> from) override
     {
-        if (m_disk.fails(FaultyDisk::Operation::Write)) {
-            m_file->write(offset, from.first(from.size() / 2));
+        const bool fails = m_disk.fails(FaultyDisk::Operation::Write);
+        m_file->write(offset, fails ? from.first(from.size() / 2) : from);
+        if (fails && m_disk.tells())
             m_disk.fail(FaultyDisk::Operation::Write);
-        }
-        m_file->write(offset, from);
+        changed();
     }
     void truncate(std::uint64_t size) override
     {
         m_disk.check(FaultyDisk::Operation::Other);
         m_file->truncate(size);
+        changed();
     }
     void sync() override
     {
         m_disk.check(FaultyDisk::Operation::Other);
         m_file->sync();
     }
-    std::span<const std::byte> map(std::uint64_t) override { return {}; }
+    std::span<const std::byte> map(std::uint64_t bytes) override
+    {
+        if (!m_disk.maps())
+            return {};
+        m_map.reserve(kLargestMap); // so that it never moves
+        if (bytes > kLargestMap)
+            return {};
+        m_lost = false;
+        fillMap();
+        return std::span(m_map.data(), bytes);
+    }
+    bool mapIntact() const override
+    {
+        if (m_map.empty() || m_lost)
+            return !m_lost;
+        m_lost = m_disk.fails(FaultyDisk::Operation::Read);
+        if (m_lost)
+            std::fill(m_map.begin(), m_map.end(), std::byte{0});
+        return !m_lost;
+    }
     bool tryLock(LockByte byte, LockKind kind) override { return m_file->tryLock(byte, kind); }
     FileIdentity identity() override { return m_file->identity(); }
     std::uint64_t changeStamp() override { return m_file->changeStamp(); }
 
 private:
+    static constexpr std::size_t kLargestMap = 8U << 20;
+
+    void fillMap()
+    {
+        m_map.resize(std::min<std::uint64_t>(m_file->size(), kLargestMap));
+        m_file->read(0, m_map);
+    }
+    void changed()
+    {
+        if (m_map.capacity() != 0 && !m_lost)
+            fillMap();
+    }
+
     FaultyDisk &m_disk;
     std::unique_ptr<DiskFile> m_file;
+    mutable Bytes m_map;
+    mutable bool m_lost = false;
 };
 
 } // namespace
@@ -60,8 +97,9 @@ bool FaultyDisk::fails(Operation operation)
 {
     ++m_operations;
     const bool reached =
-        m_failAt != 0 && (m_fault == Fault::Once ? m_operations == m_failAt : m_operations >= m_failAt);
-    const bool now = reached && (m_code != Code::DiskFull || operation == Operation::Write);
+        m_failAt != 0 && (m_fault == Fault::FromThenOn ? m_operations >= m_failAt : m_operations == m_failAt);
+    const bool writesOnly = m_code == Code::DiskFull || m_fault == Fault::Silent;
+    const bool now = reached && (!writesOnly || operation == Operation::Write);
     m_failed |= now;
     return now;
 }

@@ -1,7 +1,7 @@
 #pragma once
 // Another disk, of which the n-th operation fails: once, or from then on. Every open, read, write, truncate,
-// sync, removal, renaming and folder sync counts; a failing write has written a part. It hides the map, so
-// that reads can fail too.
+// sync, removal, renaming and folder sync counts; a failing write has written a part. A file's map is hidden,
+// so that everything is read; or there is one, whose every use counts, and which is lost when it fails.
 
 #include "platform/jet/Disk.h"
 #include "platform/jet/Error.h"
@@ -11,8 +11,8 @@ namespace vardelin::jet::test {
 class FaultyDisk final : public Disk
 {
 public:
-    enum class Fault { Once, FromThenOn };
-    explicit FaultyDisk(Disk &disk) : m_disk(disk) {}
+    enum class Fault { Once, FromThenOn, Silent }; // Silent: a write goes wrong once, and nobody is told
+    explicit FaultyDisk(Disk &disk, bool maps = false) : m_disk(disk), m_maps(maps) {}
 
     // n counts from 1, from now. code: what writing throws (DiskFull: only what needs space fails); reading
     // throws IoError.
@@ -37,10 +37,13 @@ public:
     enum class Operation { Read, Write, Other };
     bool fails(Operation operation); // counts; for the files of this disk
     void check(Operation operation); // throws if it fails
+    bool tells() const { return m_fault != Fault::Silent; }
+    bool maps() const { return m_maps; }
     [[noreturn]] void fail(Operation operation) const;
 
 private:
     Disk &m_disk;
+    bool m_maps;
     int m_failAt = 0;
     int m_operations = 0;
     bool m_failed = false;
