@@ -105,6 +105,9 @@ private:
     void mnuSaveChanges_Click();
     void mnuDeleteLog_Click();
     void mnuDEnter_Click();
+    void mnuPrintVardelin_Click();
+    void printVardelin();
+    void printRich(const QTextDocument &text);
     void Back_Click();
     void Forward_Click();
     void useThisWindow();

@@ -1,15 +1,27 @@
 // The menus of the Display window and what they do to the record.
 
 #include "database/LogDatabase.h"
+#include "display/PrintRichText.h"
+#include "display/PrintedLog.h"
 #include "display/frmDisplay.h"
+#include "platform/base/Twips.h"
 #include "platform/ui/MenuTable.h"
 #include "shell/state/EditCommands.h"
 #include "shell/state/Global.h"
 #include "shell/state/WindowCycle.h"
 
+#include <QTextDocument>
+
 using namespace Qt::StringLiterals;
 
 namespace vardelin {
+
+namespace {
+
+constexpr int kObjectGone = 420;
+constexpr int kPrintMargin = kTwipsPerInch;
+
+} // namespace
 
 void frmDisplay::makeMenus()
 {
@@ -38,7 +50,7 @@ void frmDisplay::makeMenus()
         {u"mnuCompactData"_s, u"&Compact Data"_s, {}, fileCommand(u"Compact Data")},
         {u"mnuReport"_s, u"&Report"_s, {}, later(u"Report")},
         {u"mnuLine2"_s, u"-"_s},
-        {u"mnuPrintVardelin"_s, u"&Print Vardelin"_s, {}, later(u"Print Vardelin")},
+        {u"mnuPrintVardelin"_s, u"&Print Vardelin"_s, {}, call(&frmDisplay::mnuPrintVardelin_Click)},
         {u"mnuLine3"_s, u"-"_s},
         {u"mnuExit"_s, u"E&xit"_s, {}, [&openers] { openers.ExitProgram(); }}};
     const std::vector<MenuEntry> editing{
@@ -163,6 +175,49 @@ void frmDisplay::mnuDEnter_Click()
     m_global.DatabaseFileName = file();
     OpenLogDatabase(m_global);
     m_global.openers.NewEntryWindow();
+}
+
+void frmDisplay::mnuPrintVardelin_Click()
+{
+    try {
+        printVardelin();
+    } catch (const RunTimeError &error) {
+        Dialogs &dialogs = m_global.services.dialogs;
+        if (error.description() == descriptionOf(RunTime::NoCurrentRecord))
+            dialogs.msgBox({u"No current record found in the Vardelin Display window to print."_s});
+        else if (error.number() == kObjectGone)
+            dialogs.msgBox({u"There is no log available for printing."_s});
+    }
+}
+
+// The text is made ahead of either view: a log without one prints in neither.
+void frmDisplay::printVardelin()
+{
+    const ado::Recordset &records = Adodc1.Recordset();
+    const QString text = printedText({.client = records.Fields(u"Client"_s),
+                                      .project = records.Fields(u"Project"_s),
+                                      .employee = records.Fields(u"Employee"_s),
+                                      .rate = records.Fields(u"Rate"_s),
+                                      .summary = records.Fields(u"Log Summary"_s),
+                                      .notes = records.Fields(u"Vardelin"_s),
+                                      .begin = records.Fields(u"Beginning Time"_s),
+                                      .end = records.Fields(u"Ending Time"_s),
+                                      .duration = records.Fields(u"Duration"_s),
+                                      .shownProject = Text3->text()});
+    if (findChild<QAction *>(u"mnuText"_s)->isEnabled()) {
+        printRich(*RichTextBox1->document());
+        return;
+    }
+    // Beside the box, not in it: what stands in the box goes to the record.
+    QTextDocument page;
+    page.setDefaultFont(RichTextBox2->document()->defaultFont());
+    page.setPlainText(text);
+    printRich(page);
+}
+
+void frmDisplay::printRich(const QTextDocument &text)
+{
+    PrintRichText(m_global.services.printer, text, kPrintMargin, kPrintMargin, kPrintMargin, kPrintMargin);
 }
 
 void frmDisplay::Back_Click()

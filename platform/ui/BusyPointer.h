@@ -2,6 +2,7 @@
 // The screen's busy pointer (value 11) for the length of a command; back to the default (value 0) at its end,
 // however it ends.
 
+#include <QCursor>
 #include <QGuiApplication>
 
 namespace vardelin {

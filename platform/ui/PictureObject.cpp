@@ -14,6 +14,7 @@ namespace vardelin {
 namespace {
 
 constexpr int kDrawnBytes = 32 * 1024 * 1024;
+constexpr qreal kFinestScreen = 4; // times 96 dots an inch
 constexpr QSizeF kMissing(16, 16); // of a picture that the document doesn't hold
 
 QImage imageOf(const QTextDocument &document, const QString &name)
@@ -51,11 +52,15 @@ void PictureObject::install(QTextDocument &document)
 
 QSizeF PictureObject::intrinsicSize(QTextDocument *document, int, const QTextFormat &format)
 {
-    const QSizeF size = storedSize(*document, format.toImageFormat());
-    const qreal room = document->pageSize().width() - 2 * document->documentMargin();
-    if (room < 1 || size.width() <= room)
-        return size;
-    return {room, size.height() * room / size.width()};
+    QSizeF size = storedSize(*document, format.toImageFormat());
+    const QSizeF page = document->pageSize();
+    const qreal width = page.width() - 2 * document->documentMargin();
+    const qreal height = page.height() - 2 * document->documentMargin(); // of paper; a screen's has no end
+    if (width >= 1 && size.width() > width)
+        size.scale(width, size.height(), Qt::KeepAspectRatio);
+    if (height >= 1 && size.height() > height)
+        size.scale(size.width(), height, Qt::KeepAspectRatio);
+    return size;
 }
 
 void PictureObject::drawObject(QPainter *painter, const QRectF &rect, QTextDocument *document, int,
@@ -63,6 +68,10 @@ void PictureObject::drawObject(QPainter *painter, const QRectF &rect, QTextDocum
 {
     const QString name = format.toImageFormat().name();
     const qreal ratio = painter->device()->devicePixelRatioF();
+    if (painter->deviceTransform().m11() > kFinestScreen) { // paper, which takes the picture as it is
+        painter->drawImage(rect, imageOf(*document, name));
+        return;
+    }
     const QSize pixels = (rect.size() * ratio).toSize().expandedTo({1, 1});
     const auto key = u"%1 %2x%3"_s.arg(name).arg(pixels.width()).arg(pixels.height());
     QPixmap drawn;

@@ -1,5 +1,5 @@
 #pragma once
-// Pictures in a text document, drawn no wider than the page they stand on.
+// Pictures in a text document, drawn no larger than the page they stand on.
 
 #include <QCache>
 #include <QPixmap>
