@@ -2,11 +2,10 @@
 
 #include "platform/jet/Journal.h"
 #include "tests/jet/PagerFixtures.h"
+#include "tests/jet/Processes.h"
 
 #include <chrono>
-#include <csignal>
 #include <random>
-#include <sys/wait.h>
 #include <thread>
 
 using namespace vardelin::jet;
@@ -15,91 +14,6 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 namespace {
-
-// A child process that runs `work` and ends with 0, or with 1 if it throws.
-class Child
-{
-public:
-    explicit Child(const std::function<void()> &work) : m_id(::fork())
-    {
-        if (m_id != 0)
-            return;
-        int result = 0;
-        try {
-            work();
-        } catch (const std::exception &error) {
-            std::fprintf(stderr, "child: %s\n", error.what());
-            result = 1;
-        }
-        ::_exit(result);
-    }
-    Child(const Child &) = delete;
-    Child &operator=(const Child &) = delete;
-    ~Child()
-    {
-        if (m_id > 0)
-            kill();
-    }
-    void kill()
-    {
-        ::kill(m_id, SIGKILL);
-        wait();
-    }
-    int wait()
-    {
-        int status = 0;
-        ::waitpid(m_id, &status, 0);
-        m_id = -1;
-        return status;
-    }
-
-private:
-    pid_t m_id;
-};
-
-// One way, one byte at a time.
-class Pipe
-{
-public:
-    Pipe() { EXPECT_EQ(::pipe(m_ends), 0); }
-    ~Pipe()
-    {
-        ::close(m_ends[0]);
-        ::close(m_ends[1]);
-    }
-    Pipe(const Pipe &) = delete;
-    Pipe &operator=(const Pipe &) = delete;
-    template <class Value>
-    void send(Value value)
-    {
-        if (::write(m_ends[1], &value, sizeof value) != static_cast<ssize_t>(sizeof value))
-            std::abort();
-    }
-    template <class Value>
-    Value receive()
-    {
-        Value value{};
-        EXPECT_EQ(::read(m_ends[0], &value, sizeof value), static_cast<ssize_t>(sizeof value));
-        return value;
-    }
-    void closeWriting()
-    {
-        ::close(m_ends[1]);
-        m_ends[1] = -1;
-    }
-    // Everything that is still in it; the last value, or `none`.
-    template <class Value>
-    Value last(Value none)
-    {
-        Value value{};
-        while (::read(m_ends[0], &value, sizeof value) == static_cast<ssize_t>(sizeof value))
-            none = value;
-        return none;
-    }
-
-private:
-    int m_ends[2] = {-1, -1};
-};
 
 std::uint64_t counter(const std::byte *page)
 {
@@ -276,8 +190,7 @@ TEST(SharedFile, TwoWritersAndAReaderNeverSeeHalfACommit)
 // Killed at random moments. VARDELIN_KILLS sets the number of rounds.
 TEST(SharedFile, AKilledWriterLeavesAWholeState)
 {
-    const char *wanted = std::getenv("VARDELIN_KILLS");
-    const int rounds = wanted != nullptr ? std::atoi(wanted) : 25;
+    const int rounds = countFrom("VARDELIN_KILLS", 25);
     const TemporaryFolder folder;
     const fs::path path = folder / "a.mdb";
     writeFile(path, Bytes(40 * kPageSize));
