@@ -97,11 +97,31 @@ void frmDisplay::setSelection(const QString &statement, const QString &whereFrag
     SQLWhere->setToolTip(whereFragment);
 }
 
+QString frmDisplay::whereFragment() const
+{
+    return SQLWhere->toolTip();
+}
+
 void frmDisplay::showSelection(const QString &statement)
 {
     Adodc1.RecordSource = statement;
     Adodc1.Refresh();
     m_navigator->refreshButtons();
+}
+
+int frmDisplay::recordCount()
+{
+    return Adodc1.Recordset().RecordCount();
+}
+
+void frmDisplay::showLast()
+{
+    Adodc1.MoveLast();
+}
+
+QString frmDisplay::client() const
+{
+    return Text1->text();
 }
 
 void frmDisplay::Form_Activate()

@@ -59,7 +59,11 @@ public:
     void setFile(const QString &path) override;
     QString file() const override;
     void setSelection(const QString &statement, const QString &whereFragment) override;
+    QString whereFragment() const override;
     void showSelection(const QString &statement) override;
+    int recordCount() override;
+    void showLast() override;
+    QString client() const override;
     void Form_Activate() override;
 
     QSize sizeHint() const override;
@@ -104,6 +108,8 @@ private:
     void changeRecord(const std::function<void()> &change);
     void mnuSaveChanges_Click();
     void mnuDeleteLog_Click();
+    void mnuReport_Click();
+    void mnuSearch_Click();
     void mnuDEnter_Click();
     void mnuPrintVardelin_Click();
     void printVardelin();

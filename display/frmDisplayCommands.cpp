@@ -48,7 +48,7 @@ void frmDisplay::makeMenus()
          {},
          fileCommand(u"Export Active Clients Information")},
         {u"mnuCompactData"_s, u"&Compact Data"_s, {}, fileCommand(u"Compact Data")},
-        {u"mnuReport"_s, u"&Report"_s, {}, later(u"Report")},
+        {u"mnuReport"_s, u"&Report"_s, {}, call(&frmDisplay::mnuReport_Click)},
         {u"mnuLine2"_s, u"-"_s},
         {u"mnuPrintVardelin"_s, u"&Print Vardelin"_s, {}, call(&frmDisplay::mnuPrintVardelin_Click)},
         {u"mnuLine3"_s, u"-"_s},
@@ -84,7 +84,7 @@ void frmDisplay::makeMenus()
                  {u"mnuSaveChanges"_s, u"&Save changes"_s, {}, call(&frmDisplay::mnuSaveChanges_Click)},
                  {u"mnuView"_s, u"&View"_s, {}, {}, view},
                  {u"mnuDeleteLog"_s, u"&Delete Log"_s, {}, call(&frmDisplay::mnuDeleteLog_Click)},
-                 {u"mnuSearch"_s, u"&Search"_s, {}, later(u"Search")},
+                 {u"mnuSearch"_s, u"&Search"_s, {}, call(&frmDisplay::mnuSearch_Click)},
                  {u"mnuActiveClients"_s,
                   u"&Active Clients"_s,
                   {},
@@ -119,6 +119,24 @@ std::function<void()> frmDisplay::fileCommand(const char16_t *caption)
 std::function<void()> frmDisplay::later(const char16_t *caption)
 {
     return [this, caption] { m_global.openers.open({}, QString::fromUtf16(caption)); };
+}
+
+void frmDisplay::mnuReport_Click()
+{
+    m_global.openers.DataReport1(Adodc1.Recordset());
+}
+
+// A field without text leaves what the search had before.
+void frmDisplay::mnuSearch_Click()
+{
+    if (!Text1->text().isEmpty())
+        m_global.SearchClient = Text1->text();
+    if (!Text3->text().isEmpty())
+        m_global.SearchProject = Text3->text();
+    useThisWindow();
+    m_global.openers.frmSearch(!Text1->text().isEmpty()   ? m_global.SearchClient
+                               : !Text3->text().isEmpty() ? m_global.SearchProject
+                                                          : QString());
 }
 
 // Writes no column itself: moving off the record and back makes the data control commit.

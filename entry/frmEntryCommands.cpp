@@ -155,10 +155,7 @@ void frmEntryWithFrames::mnuSearch_Click()
         m_global.SearchProject = Combo3->Text();
     const QString reportName =
         m_global.SearchClient.isEmpty() ? m_global.SearchProject : m_global.SearchClient;
-    std::function<void()> search;
-    if (m_global.openers.frmSearch)
-        search = [&] { m_global.openers.frmSearch(reportName); };
-    openWindow(u"mnuSearch"_s, search);
+    m_global.openers.frmSearch(reportName);
 }
 
 void frmEntryWithFrames::chooseFont(FontSetting Global::*font, const QString &word)

@@ -184,6 +184,21 @@ void frmEntryWithFrames::focusSummary()
     Text1->setFocus();
 }
 
+QString frmEntryWithFrames::client() const
+{
+    return Combo1->Text();
+}
+
+QString frmEntryWithFrames::whereFragment() const
+{
+    return SQLWhere->toolTip();
+}
+
+void frmEntryWithFrames::setWhereFragment(const QString &whereFragment)
+{
+    SQLWhere->setToolTip(whereFragment);
+}
+
 void frmEntryWithFrames::Form_Activate()
 {
     m_global.DisplayWindowActive = false;

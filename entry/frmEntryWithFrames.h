@@ -44,6 +44,9 @@ public:
     void refill(PickList list, const QStringList &entries) override;
     void insertText(const QString &text) override;
     void focusSummary() override;
+    QString client() const override;
+    QString whereFragment() const override;
+    void setWhereFragment(const QString &whereFragment) override;
     void Form_Activate() override;
     QSize sizeHint() const override;
 

@@ -26,6 +26,18 @@ EntryWindow *makeEntryWindow(Global &global, frmMain &parent, int index)
     return window;
 }
 
+DisplayWindow *makeDisplayWindow(Global &global, frmMain &parent, int index)
+{
+    auto *window = new frmDisplay(global);
+    global.DisplayWindows[static_cast<std::size_t>(index)] = window;
+    window->Tag = QString::number(index + 1);
+    global.CurrentDisplayTag = window->Tag;
+    window->setCaption(u"Display form "_s + window->Tag);
+    window->setFile(global.DatabaseFileName);
+    parent.addChild(window);
+    return window;
+}
+
 } // namespace
 
 EntryWindow *NewEntryWindow(Global &global, frmMain &parent)
@@ -37,15 +49,9 @@ EntryWindow *NewEntryWindow(Global &global, frmMain &parent)
 
 DisplayWindow *NewDisplayWindow(Global &global, frmMain &parent)
 {
-    auto *window = new frmDisplay(global);
-    global.DisplayWindows.emplace_back(window);
+    global.DisplayWindows.emplace_back();
     global.DisplayWindowIndex = static_cast<int>(global.DisplayWindows.size()) - 1;
-    window->Tag = QString::number(global.DisplayWindowIndex + 1);
-    global.CurrentDisplayTag = window->Tag;
-    window->setCaption(u"Display form "_s + window->Tag);
-    window->setFile(global.DatabaseFileName);
-    parent.addChild(window);
-    return window;
+    return makeDisplayWindow(global, parent, global.DisplayWindowIndex);
 }
 
 EntryWindow *entryWindowAt(Global &global, frmMain &parent, int index)
@@ -53,6 +59,13 @@ EntryWindow *entryWindowAt(Global &global, frmMain &parent, int index)
     if (EntryWindow *open = global.EntryWindows.at(static_cast<std::size_t>(index)))
         return open;
     return makeEntryWindow(global, parent, index);
+}
+
+DisplayWindow *displayWindowAt(Global &global, frmMain &parent, int index)
+{
+    if (DisplayWindow *open = global.DisplayWindows.at(static_cast<std::size_t>(index)))
+        return open;
+    return makeDisplayWindow(global, parent, index);
 }
 
 void arrangeTiled(frmMain &parent, Tile direction)

@@ -8,6 +8,8 @@
 #include "contacts/frmRate.h"
 #include "platform/report/ReportWindow.h"
 #include "platform/system/AppPath.h"
+#include "search/DataReport1.h"
+#include "search/frmSearch.h"
 #include "shell/ChildWindows.h"
 #include "shell/frmAboutvarden.h"
 #include "shell/frmBrowser.h"
@@ -69,6 +71,9 @@ void wire(Global &global, frmMain &parent)
     openers.NewEntryWindow = [&] { return NewEntryWindow(global, parent); };
     openers.NewDisplayWindow = [&] { return NewDisplayWindow(global, parent); };
     openers.makeEntryWindow = [&](int index) { return entryWindowAt(global, parent, index); };
+    openers.makeDisplayWindow = [&](int index) { return displayWindowAt(global, parent, index); };
+    openers.frmSearch = [&global](const QString &reportName) { launchSearch(global, reportName); };
+    openers.DataReport1 = [&global](const ado::Recordset &logs) { showLogReport(global, logs); };
     openers.TileHorizontally = [&] { arrangeTiled(parent, Tile::Horizontally); };
     openers.TileVertically = [&] { arrangeTiled(parent, Tile::Vertically); };
     openers.CascadeWindows = [&] { arrangeCascaded(parent); };

@@ -74,6 +74,7 @@ class DateTimePicker : public QDateTimeEdit
     Q_OBJECT
 public:
     explicit DateTimePicker(QWidget *parent = nullptr);
+    ~DateTimePicker() override;
     DateSerial Value() const;
     void setValue(DateSerial value); // doesn't call edited
     std::function<void()> edited;    // the user changed it

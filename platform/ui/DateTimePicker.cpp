@@ -28,6 +28,12 @@ DateTimePicker::DateTimePicker(QWidget *parent) : QDateTimeEdit(parent)
     connect(qApp, &QApplication::focusChanged, this, [this](QWidget *, QWidget *now) { followFocus(now); });
 }
 
+// It may have the focus, and the bare widget that is left of it would still be told that it loses it.
+DateTimePicker::~DateTimePicker()
+{
+    disconnect(qApp, nullptr, this, nullptr);
+}
+
 DateSerial DateTimePicker::Value() const
 {
     const QDate day = date();

@@ -58,9 +58,11 @@ struct Global
         RangeEnd; // Beginning Time of the first and last record of the Display window that last loaded
     QByteArray FirstRecordBookmark;
 
-    // Search state; kept between searches on purpose. SearchClient and SearchEmployee also carry the "YES" of
-    // frmIntroduction.
-    QString SearchClient, SearchEmployee, SearchProject;
+    // Search state; kept between searches on purpose, with its apostrophes doubled where a search put it into
+    // SQL text. SearchClient and SearchEmployee also carry the "YES" of frmIntroduction.
+    QString SearchClient, SearchEmployee, SearchProject, SearchText;
+    std::int16_t SearchType = 0, SearchTimeFrame = 0; // index of the button chosen in frmSearch
+    QString SQLSelect, SQLFilter;                     // the statement's beginning and its WHERE fragment
 
     // Holders of a split name, overwritten by whoever splits one.
     QString ClientFirstName, ClientLastName;

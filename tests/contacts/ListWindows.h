@@ -22,6 +22,9 @@ public:
     void refill(PickList list, const QStringList &entries) override { refilled.emplace_back(list, entries); }
     void insertText(const QString &text) override { inserted += text; }
     void focusSummary() override { ++focused; }
+    QString client() const override { return {}; }
+    QString whereFragment() const override { return {}; }
+    void setWhereFragment(const QString &) override {}
     void Form_Activate() override {}
 
     std::vector<std::pair<PickList, QStringList>> refilled;
