@@ -2,16 +2,23 @@
 
 #include "app/Program.h"
 #include "benchmarks/Figures.h"
+#include "benchmarks/Generate.h"
 #include "benchmarks/Painting.h"
 #include "display/frmDisplay.h"
+#include "search/Routines.h"
+#include "search/SearchSql.h"
 
+#include <QDialog>
+#include <QLineEdit>
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QScreen>
 #include <QStyle>
+#include <QTimer>
 #include <cstdio>
+#include <stdexcept>
 
 using namespace Qt::StringLiterals;
 
@@ -43,18 +50,58 @@ frmDisplay &firstDisplay(Program &program)
     return static_cast<frmDisplay &>(*program.global().DisplayWindows.at(0));
 }
 
-double openingOfDisplay(Program &program)
+void closeAndForget(QPointer<DisplayWindow> window)
 {
-    const std::int64_t start = nanosecondsNow();
-    QPointer<DisplayWindow> window = program.global().openers.NewDisplayWindow();
-    waitForPaint(window);
-    const double seconds = secondsSince(start);
     window->parentWidget()->close();
     while (window) {
         QCoreApplication::processEvents();
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
+}
+
+double openingOfDisplay(Program &program)
+{
+    const std::int64_t start = nanosecondsNow();
+    DisplayWindow *window = program.global().openers.NewDisplayWindow();
+    waitForPaint(window);
+    const double seconds = secondsSince(start);
+    closeAndForget(window);
     return seconds;
+}
+
+// From the moment when the word has been typed, from the first Display window.
+double searchForWord(Program &program, const QString &word)
+{
+    std::int64_t start = 0;
+    QTimer answer;
+    QObject::connect(&answer, &QTimer::timeout, &answer, [&] {
+        auto *box = qobject_cast<QDialog *>(QApplication::activeModalWidget());
+        if (!box)
+            return;
+        answer.stop();
+        box->findChild<QLineEdit *>()->setText(word);
+        start = nanosecondsNow();
+        box->accept();
+    });
+    answer.start(1);
+    Global &global = program.global();
+    global.CurrentDisplayTag = u"1"_s;
+    SearchRoutine(global, SearchFor::LogText, TimeFrame::All, true);
+    DisplayWindow *window = global.DisplayWindows.back();
+    waitForPaint(window);
+    const double seconds = secondsSince(start);
+    if (window->recordCount() == 0)
+        throw std::runtime_error("the search found nothing");
+    closeAndForget(window);
+    return seconds;
+}
+
+double searches(Program &program, const char16_t *word)
+{
+    std::vector<double> times;
+    for (int i = 0; i < kOpenings; ++i)
+        times.push_back(searchForWord(program, QString::fromUtf16(word)));
+    return median(times);
 }
 
 double step(frmDisplay &window, bool (Adodc::*move)())
@@ -129,6 +176,8 @@ int useDisplay(int argc, char **argv)
     for (int i = 0; i < kOpenings; ++i)
         openings.push_back(openingOfDisplay(program));
     tell("open_display", median(openings));
+    tell("search_rare_word", searches(program, kRareWord));
+    tell("search_common_word", searches(program, kCommonWord));
 
     frmDisplay &window = firstDisplay(program);
     showWhole(program, window);

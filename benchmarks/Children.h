@@ -12,7 +12,8 @@ int startProgram(int argc, char **argv);
 // request: the first text that is painted makes Qt look for all fonts. "painted" as above.
 int startBareWindow(int argc, char **argv, bool withMenu);
 
-// "open_display", "first_record", "next_record", "previous_record": seconds, the middle one of many.
+// "open_display", "search_rare_word", "search_common_word", "first_record", "next_record", "previous_record":
+// seconds, the middle one of many.
 int useDisplay(int argc, char **argv);
 
 } // namespace vardelin::bench

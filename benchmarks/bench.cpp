@@ -102,9 +102,12 @@ void measureDisplay(const QString &large)
 {
     chooseFile(large);
     const QMap<QByteArray, double> lines = runChild(u"--display"_s);
-    for (const char *name : {"open_display", "first_record", "next_record", "previous_record"})
+    for (const char *name : {"open_display", "search_rare_word", "search_common_word", "first_record",
+                             "next_record", "previous_record"})
         tell(qPrintable(QString::fromLatin1(name) + "_100000_logs"_L1), lines[name]);
     tellGoal("open_display_100000_logs", lines["open_display"], 0.3);
+    tellGoal("search_rare_word_100000_logs", lines["search_rare_word"], 0.5);
+    tellGoal("search_common_word_100000_logs", lines["search_common_word"], 0.5);
 }
 
 void measureSave(const QString &file)
