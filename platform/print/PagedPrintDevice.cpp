@@ -88,6 +88,7 @@ class DesktopPrintDevice final : public PagedPrintDevice
         printer->setFullPage(true);
         return printer;
     }
+    // Where the printer is one of CUPS, Qt hands over the pages there are all the same.
     void drop(QPagedPaintDevice &paged) noexcept override { static_cast<QPrinter &>(paged).abort(); }
 };
 

@@ -26,8 +26,9 @@ QByteArray toRtf(const QTextDocument &document);
 // Replaces the content of the document by that of the RTF, ours or another program's. The document's default
 // font and undo setting stay; the undo history is emptied. Text that isn't RTF is taken as plain text (UTF-8,
 // or else Windows-1252). A picture that can't be shown (a drawing in a metafile, damaged data) stands as a
-// grey box, and toRtf() writes its own bytes back; headers, footers, footnote marks, comments, embedded
-// objects' data and style sheets are left out.
+// grey box, and toRtf() writes its own bytes back. So it does with an embedded object, which stays with the
+// first picture of its result, or with a grey box; only one that holds raw binary data or isn't whole is left
+// out, as are headers, footers, footnote marks, comments and style sheets.
 void fromRtf(QByteArrayView rtf, QTextDocument &document);
 
 // True if the text opens as RTF does, blanks and a byte order mark aside.

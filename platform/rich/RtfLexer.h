@@ -34,6 +34,9 @@ class RtfLexer
 public:
     explicit RtfLexer(QByteArrayView text) : m_text(text) {}
     RtfToken next();
+    qsizetype at() const { return m_at; } // where the next token begins
+
+    QByteArrayView text() const { return m_text; }
 
 private:
     bool atEnd() const { return m_at >= m_text.size(); }

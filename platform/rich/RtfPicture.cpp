@@ -8,6 +8,7 @@
 #include <QTextImageFormat>
 #include <QUrl>
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <set>
 
@@ -73,18 +74,25 @@ QUrl sourceUrlOf(QString name)
     return QUrl(name.replace(kImageScheme, kSourceScheme));
 }
 
-// The source of a picture in a document: control words, a NUL, bytes.
+// The source of a picture in a document: control words, a NUL, an object's text, a NUL, bytes.
+QByteArray sourceText(const RtfPicture &picture)
+{
+    return picture.words + '\0' + picture.object + '\0' + picture.bytes;
+}
+
 RtfPicture sourceOf(const QTextDocument &document, const QString &name)
 {
     if (!name.startsWith(kImageScheme))
         return {};
     const QByteArray source = document.resource(QTextDocument::UserResource, sourceUrlOf(name)).toByteArray();
-    const qsizetype end = source.indexOf('\0');
-    if (end < 0)
+    const qsizetype wordsEnd = source.indexOf('\0');
+    const qsizetype objectEnd = wordsEnd < 0 ? -1 : source.indexOf('\0', wordsEnd + 1);
+    if (objectEnd < 0)
         return {};
     RtfPicture picture;
-    picture.words = source.first(end);
-    picture.bytes = source.sliced(end + 1);
+    picture.words = source.first(wordsEnd);
+    picture.object = source.sliced(wordsEnd + 1, objectEnd - wordsEnd - 1);
+    picture.bytes = source.sliced(objectEnd + 1);
     return picture;
 }
 
@@ -203,7 +211,7 @@ QTextImageFormat RtfPictureStore::add(const RtfPicture &picture)
 {
     // Named after the content, so that the same picture is kept and decoded once, and has the same name in
     // every document.
-    const QByteArray source = picture.words + '\0' + picture.bytes;
+    const QByteArray source = sourceText(picture);
     const QString key =
         QString::fromLatin1(QCryptographicHash::hash(source, QCryptographicHash::Sha1).toHex());
     QTextImageFormat format;
@@ -227,10 +235,27 @@ QTextImageFormat RtfPictureStore::add(const RtfPicture &picture)
     return format;
 }
 
+namespace {
+
+QByteArray objectGroup(const QByteArray &object, const QByteArray &result)
+{
+    QByteArray group = "{\\object";
+    if (std::isalnum(uchar(object.front())) || object.front() == '-' || object.front() == ' ')
+        group += ' '; // the word's end
+    group += object;
+    if (!result.isEmpty())
+        group += "{\\result" + result + '}';
+    return group + '}';
+}
+
+} // namespace
+
 QByteArray pictureGroup(const QTextDocument &document, const QTextImageFormat &format)
 {
     const QVariant resource = document.resource(QTextDocument::ImageResource, QUrl(format.name()));
     RtfPicture picture = sourceOf(document, format.name());
+    if (!picture.object.isEmpty() && picture.bytes.isEmpty())
+        return objectGroup(picture.object, {});
     if (picture.words.isEmpty() && picture.bytes.isEmpty())
         picture = pictureOfResource(resource);
     if (picture.words.isEmpty() && picture.bytes.isEmpty())
@@ -246,7 +271,8 @@ QByteArray pictureGroup(const QTextDocument &document, const QTextImageFormat &f
         group += "\r\n";
         group += picture.bytes.mid(at, kHexLine).toHex();
     }
-    return group + '}';
+    group += '}';
+    return picture.object.isEmpty() ? group : objectGroup(picture.object, group);
 }
 
 void copyPictures(const QTextDocument &from, QTextDocument &to)

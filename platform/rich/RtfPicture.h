@@ -20,6 +20,8 @@ struct RtfPicture
     enum class Kind { Unknown, Png, Jpeg, Dib, Wmf, Emf };
     Kind kind = Kind::Unknown;
     QByteArray words; // the control words that tell how to read the bytes, such as \pngblip\picw10\pich10
+    QByteArray
+        object; // of an embedded object that the picture stands for: what its group holds beside the result
     QByteArray bytes;
     int width = 0, height = 0;         // \picw, \pich: pixels, or hundredths of a millimetre in metafiles
     int goalWidth = 0, goalHeight = 0; // displayed size in twips, 0 if not said

@@ -10,6 +10,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 constexpr size_t kDeepest = 4000;
+constexpr int kBoxSide = 480; // twips, of what stands for an object that shows nothing
 
 using Kind = RtfToken::Kind;
 
@@ -46,6 +47,26 @@ QChar harmless(QChar c)
     }
 }
 
+// The text of an object as it can be written again: ASCII in whole groups, with CR LF at line ends. Empty
+// where that isn't sure: binary data, or a line end that is no mere layout.
+QByteArray keptObject(const QByteArray &text)
+{
+    QByteArray kept;
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const bool lineEnd = c == '\r' || c == '\n';
+        if (lineEnd && kept.endsWith('\\'))
+            return {};
+        if (!lineEnd && c != '\t' && (c < ' ' || c > '~'))
+            return {};
+        if (!lineEnd)
+            kept += c;
+        else if (!kept.endsWith('\n'))
+            kept += "\r\n";
+    }
+    return kept.contains("\\bin") || kept.trimmed().isEmpty() ? QByteArray() : kept;
+}
+
 QTextListFormat::Style styleOfBullet(const QString &text)
 {
     if (text.contains(u'o'))
@@ -64,9 +85,12 @@ RtfReader::RtfReader(QByteArrayView rtf) : m_lexer(rtf)
 
 RtfContent RtfReader::read()
 {
-    for (RtfToken token = m_lexer.next(); token.kind != Kind::End; token = m_lexer.next())
+    for (RtfToken token = m_lexer.next(); token.kind != Kind::End; token = m_lexer.next()) {
         take(token);
+        m_tokenAt = m_lexer.at();
+    }
     flush();
+    m_object.depth = 0; // one that doesn't end is damaged
     while (m_states.size() > 1)
         close();
     return finished();
@@ -140,6 +164,7 @@ bool RtfReader::passOver(const RtfToken &token)
 void RtfReader::open()
 {
     m_optional = false;
+    m_groupAt = m_tokenAt;
     if (m_states.size() >= kDeepest) {
         ++m_beyond;
         return;
@@ -160,6 +185,10 @@ void RtfReader::close()
     const Destination destination = state().destination;
     const bool owned = state().ownsDestination;
     m_states.pop_back();
+    if (m_object.inResult && m_states.size() == m_object.depth) {
+        m_object.inResult = false;
+        m_object.from = m_lexer.at();
+    }
     if (owned)
         finish(destination);
 }
@@ -191,12 +220,12 @@ void RtfReader::finish(Destination destination)
 {
     switch (destination) {
     case Destination::Picture:
-        if (m_picture.bytes.isEmpty())
-            break;
-        m_paragraph.runs.push_back({{}, state().character, int(m_content.pictures.size())});
-        m_content.pictures.push_back(std::move(m_picture));
+        if (!m_picture.bytes.isEmpty())
+            addPicture(std::move(m_picture));
         m_picture = {};
-        m_begun = true;
+        break;
+    case Destination::Object:
+        finishObject();
         break;
     case Destination::Instruction:
         m_link = linkOf(m_instruction);
@@ -214,6 +243,49 @@ void RtfReader::finish(Destination destination)
     default:
         break;
     }
+}
+
+void RtfReader::addPicture(RtfPicture &&picture)
+{
+    m_paragraph.runs.push_back({{}, state().character, int(m_content.pictures.size())});
+    m_content.pictures.push_back(std::move(picture));
+    m_begun = true;
+}
+
+void RtfReader::beginObject()
+{
+    m_object = {};
+    m_object.depth = m_states.size();
+    m_object.from = m_lexer.at();
+    m_object.picture = m_content.pictures.size();
+    begin(Destination::Object);
+}
+
+void RtfReader::keepPieceOfObject()
+{
+    const QByteArrayView piece = m_lexer.text().sliced(m_object.from, m_tokenAt - m_object.from);
+    if (!m_object.kept.isEmpty() && !piece.isEmpty())
+        m_object.kept += '\n';
+    m_object.kept += piece;
+}
+
+// What is kept of an object goes with the first picture of its result, and with a grey box where there is
+// none.
+void RtfReader::finishObject()
+{
+    if (m_object.depth == 0)
+        return;
+    keepPieceOfObject();
+    const Object object = std::exchange(m_object, {});
+    const QByteArray kept = keptObject(object.kept);
+    if (kept.isEmpty())
+        return;
+    if (m_content.pictures.size() == object.picture) {
+        RtfPicture box;
+        box.goalWidth = box.goalHeight = kBoxSide;
+        addPicture(std::move(box));
+    }
+    m_content.pictures[object.picture].object = kept;
 }
 
 void RtfReader::symbol(char symbol)
@@ -253,6 +325,7 @@ void RtfReader::bytes(QByteArrayView bytes)
     case Destination::Skip:
     case Destination::PicturesOnly:
     case Destination::Ansi:
+    case Destination::Object:
         break;
     case Destination::Colours:
         colourText(bytes);

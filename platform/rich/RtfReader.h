@@ -29,6 +29,7 @@ private:
         Colours,
         Generator,
         Picture,
+        Object,      // an embedded one: nothing but its {\result ...} counts, the rest is kept as it stands
         Instruction, // of a field
         Bullets,     // {\*\pn ...}
         BulletText,
@@ -46,6 +47,15 @@ private:
         int fallback = 1; // \uc: characters to pass over after \u
         int spacing = 0;  // \sl, twips
         QTextOption::TabType nextTab = QTextOption::LeftTab;
+    };
+    // The embedded object being read.
+    struct Object
+    {
+        size_t depth = 0; // of its group; 0: none
+        bool inResult = false;
+        qsizetype from = 0; // where the piece begins that is to be kept
+        QByteArray kept;
+        size_t picture = 0; // index of the first one in its result
     };
     struct Font
     {
@@ -66,11 +76,16 @@ private:
     void take(const RtfToken &token);
     bool passOver(const RtfToken &token);
     void word(const RtfToken &token);
+    void objectWord(const RtfToken &token);
     void bodyWord(const RtfToken &token);
     void fontWord(const RtfToken &token);
     void colourWord(const RtfToken &token);
     void pictureWord(const RtfToken &token);
     void bulletWord(const RtfToken &token);
+    void beginObject();
+    void keepPieceOfObject();
+    void finishObject();
+    void addPicture(RtfPicture &&picture);
     void symbol(char symbol);
 
     void bytes(QByteArrayView bytes);
@@ -138,6 +153,8 @@ private:
     std::vector<QColor> m_colours;
     QColor m_colour;
     RtfPicture m_picture;
+    Object m_object;
+    qsizetype m_tokenAt = 0, m_groupAt = 0; // where the current token and the last opened group begin
     QString m_instruction, m_link, m_generator, m_bulletText;
     RtfList m_bullets;
     bool m_bulletsFound = false;

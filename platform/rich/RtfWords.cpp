@@ -210,6 +210,15 @@ void RtfReader::word(const RtfToken &token)
         state().destination = Destination::Body;
     if (now == Destination::Skip || now == Destination::Ansi)
         return;
+    if (now == Destination::Object) {
+        objectWord(token);
+        return;
+    }
+    if (now == Destination::Body && token.text == "object" && m_groupStarts && m_object.depth == 0 &&
+        m_beyond == 0) {
+        beginObject();
+        return;
+    }
     const auto found = tables().destinations.find(viewOf(token.text));
     if (found != tables().destinations.end() && (m_groupStarts || found->second == Destination::Picture)) {
         begin(found->second);
@@ -230,6 +239,18 @@ void RtfReader::word(const RtfToken &token)
     } else if (now == Destination::Body) {
         bodyWord(token);
     }
+}
+
+// The group of the result stands directly in that of the object.
+void RtfReader::objectWord(const RtfToken &token)
+{
+    if (token.text != "result" || !m_groupStarts || m_object.inResult || m_beyond > 0 ||
+        m_states.size() != m_object.depth + 1)
+        return;
+    m_tokenAt = m_groupAt;
+    keepPieceOfObject();
+    m_object.inResult = true;
+    begin(Destination::Body);
 }
 
 void RtfReader::bodyWord(const RtfToken &token)

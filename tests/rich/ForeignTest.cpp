@@ -99,7 +99,7 @@ TEST(Foreign, TheTextOfAWordProcessor)
     QTextDocument document;
     fromRtf(kWordProcessor, document);
     EXPECT_EQ(utf8(document.toPlainText()),
-              "Heading\nSee the link and “quotes”— xhidden.\n•\titem\na\nb\nbb\nc\nd\nuñi box\nshown");
+              "Heading\nSee the link and “quotes”— xhidden.\n•\titem\na\nb\nbb\nc\nd\nuñi box\nshown\uFFFC");
     const QTextCharFormat heading = formatAt(document, u"Heading"_s);
     EXPECT_EQ(heading.fontFamilies().toStringList(), QStringList{u"Calibri"_s});
     EXPECT_EQ(heading.fontPointSize(), 14);

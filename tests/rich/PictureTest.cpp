@@ -142,6 +142,48 @@ TEST(Picture, WhatCannotBeShownIsKeptAsWell)
     }
 }
 
+// An embedded object shows its result; what other programs open it by goes through an edit.
+TEST(Picture, EmbeddedObjectsAreKept)
+{
+    const QByteArray png = encoded(opaque(5, 4), "PNG");
+    const QByteArray pict = "{\\pict\\pngblip\\picwgoal150\\pichgoal300\r\n" + png.toHex() + "}";
+    const QByteArray data = "\\objemb\\objw900{\\*\\objclass Word.Document.8}{\\*\\objdata 0105\r\n00ff}";
+    struct Case
+    {
+        QByteArray object, text, written; // of the object, without line ends
+    };
+    const Case cases[] = {
+        {data + "{\\result{\\pard " + pict + "}}", "", data + "{\\result" + pict + "}"},
+        {data + "{\\result see " + pict + "there}{\\*\\objname x}", "see there",
+         data + "{\\*\\objname x}{\\result" + pict + "}"},
+        {data + "{\\result words alone}", "words alone", data},
+        {data, "", data},
+        {"\\objemb{\\*\\objdata \\bin2 }}}{\\result text}", "text", {}},
+        {"\\objemb{\\*\\objdata \xe9}", "", {}},
+    };
+    for (const Case &c : cases) {
+        SCOPED_TRACE(c.object.toStdString());
+        QTextDocument document, again;
+        fromRtf("{\\rtf1 a{\\object" + c.object + "}b}", document);
+        EXPECT_EQ(utf8(plainText(document)), "a" + c.text.toStdString() + "b");
+        EXPECT_EQ(utf8(plainTextOf("{\\rtf1 a{\\object" + c.object + "}b}")), utf8(plainText(document)));
+        QTextCursor(&document).insertText(u"edited "_s);
+        const QByteArray written = toRtf(document);
+        const QByteArray flat = QByteArray(written).replace("\r\n", "");
+        if (c.written.isEmpty())
+            EXPECT_FALSE(flat.contains("\\object"));
+        else
+            EXPECT_TRUE(flat.contains("{\\object" + QByteArray(c.written).replace("\r\n", "") + "}"))
+                << flat.toStdString();
+        fromRtf(written, again);
+        EXPECT_EQ(toRtf(again).toStdString(), written.toStdString());
+    }
+    QTextDocument cut;
+    fromRtf("{\\rtf1 a{\\object" + data, cut); // ends too soon
+    EXPECT_EQ(utf8(plainText(cut)), "a");
+    EXPECT_FALSE(toRtf(cut).contains("object"));
+}
+
 TEST(Picture, FormsOfTheGroup)
 {
     const QImage image = opaque(5, 4);
