@@ -1,8 +1,7 @@
 // Printed lists, as pages of what stands where.
 #include "contacts/PrintTextArray.h"
 #include "tests/contacts/ListWindows.h"
-
-#include <QFile>
+#include "tests/support/Golden.h"
 
 using namespace Qt::StringLiterals;
 
@@ -10,19 +9,10 @@ namespace vardelin::testing_support {
 
 namespace {
 
-// Pages as they were looked over once. VARDELIN_GOLDEN=write writes them anew.
-void expectGolden(const RecordingPrintDevice &paper, const QString &name)
+void expectPages(const RecordingPrintDevice &paper, const QString &name)
 {
-    const QString path = QStringLiteral(VARDELIN_ROOT "/tests/contacts/pages/") + name;
-    const QByteArray pages = paper.lines().join(u'\n').toUtf8() + '\n';
-    QFile file(path);
-    if (qEnvironmentVariable("VARDELIN_GOLDEN") == "write"_L1) {
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(pages);
-        return;
-    }
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
-    EXPECT_EQ(file.readAll().toStdString(), pages.toStdString());
+    expectGolden(QStringLiteral(VARDELIN_ROOT "/tests/contacts/pages/") + name,
+                 paper.lines().join(u'\n').toUtf8() + '\n');
 }
 
 } // namespace
@@ -71,7 +61,7 @@ TEST_F(PrintTextArrayTest, LaysOutBlocksLinesAndTags)
                             {.Text = u"large"_s, .FontName = u"Liberation Sans"_s, .FontSize = u"20.5"_s}});
     EXPECT_EQ(paper.printed, 1);
     EXPECT_EQ(paper.pages, 1); // and so without a number
-    expectGolden(paper, u"blocks.txt"_s);
+    expectPages(paper, u"blocks.txt"_s);
 }
 
 TEST_F(PrintTextArrayTest, PrintsNothingOfAnEmptyTextAndStillEnds)
@@ -131,7 +121,7 @@ TEST_F(PrintTextArrayTest, WindowsPrintTheirLists)
             {{u"Client First Name"_s, u"Ann %1"_s.arg(client + 10)}, {u"Client Last Name"_s, u"Archer"_s}});
     choose(make<frmClient>().get(), u"mnuPrintList"_s);
     EXPECT_EQ(paper.pages, 2);
-    expectGolden(paper, u"clients.txt"_s);
+    expectPages(paper, u"clients.txt"_s);
 
     choose(make<frmProject>().get(), u"mnuPrintList"_s);
     EXPECT_EQ(paper.texts(), column(u"Projects"_s, u"Projects"_s)); // no title, one page, no number
