@@ -85,6 +85,16 @@ void DatePicker::setValue(std::optional<DateSerial> value)
     display(value);
 }
 
+void DatePicker::setReadOnly(bool readOnly)
+{
+    m_readOnly = readOnly;
+    m_editor->setReadOnly(readOnly);
+    m_editor->setCalendarPopup(!readOnly);
+    m_editor->setButtonSymbols(readOnly ? QAbstractSpinBox::NoButtons : QAbstractSpinBox::UpDownArrows);
+    if (m_check)
+        m_check->setEnabled(!readOnly);
+}
+
 void DatePicker::display(std::optional<DateSerial> value)
 {
     m_value = value;
@@ -151,7 +161,7 @@ bool DatePicker::eventFilter(QObject *watched, QEvent *event)
 
 void DatePicker::mousePressEvent(QMouseEvent *event)
 {
-    if (m_value)
+    if (m_value || m_readOnly)
         return QWidget::mousePressEvent(event);
     ticked(true);
     m_editor->setFocus();

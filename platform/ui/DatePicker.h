@@ -32,7 +32,8 @@ public:
     std::optional<DateSerial> Value() const { return m_value; } // nullopt: Null
     // Doesn't call edited. A date is also what a tick offers from then on where there was none.
     void setValue(std::optional<DateSerial> value);
-    std::function<void()> edited; // the user changed, set or took away the date
+    void setReadOnly(bool readOnly); // shows dates and takes none
+    std::function<void()> edited;    // the user changed, set or took away the date
 
     // Binds the picker to a column, Null as being without a value. Showing a record changes nothing in it.
     BoundField boundTo(const QString &column);
@@ -46,6 +47,7 @@ private:
     bool eventFilter(QObject *watched, QEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
 
+    bool m_readOnly = false;
     QCheckBox *m_check = nullptr; // none: always a date
     Editor *m_editor;
     std::optional<DateSerial> m_value;
