@@ -1,6 +1,8 @@
 #include "shell/Wiring.h"
 
+#include "billing/Invoice.h"
 #include "billing/frmLetterhead.h"
+#include "billing/frmPaymentsDisbursements.h"
 #include "contacts/frmActivity.h"
 #include "contacts/frmClient.h"
 #include "contacts/frmEmployee.h"
@@ -35,6 +37,22 @@ std::function<void()> modal(Global &global)
     };
 }
 
+// A window of its own kind of which there is one: asked for again it comes to the front as it is.
+template <class Form>
+std::function<void()> single(Global &global)
+{
+    return [&global, form = QPointer<Form>()]() mutable {
+        if (!form) {
+            form = new Form(global, global.frmMain);
+            form->setAttribute(Qt::WA_DeleteOnClose);
+            global.Forms.add(form);
+        }
+        form->show();
+        form->raise();
+        form->activateWindow();
+    };
+}
+
 // Help asked for again comes to the front; it doesn't open twice.
 void showBrowser(Global &global, frmMain &parent)
 {
@@ -60,6 +78,8 @@ void wire(Global &global, frmMain &parent)
     openers.frmRate = modal<frmRate>(global);
     openers.frmActivity = modal<frmActivity>(global);
     openers.frmLetterhead = modal<frmLetterhead>(global);
+    openers.frmPaymentsDisbursements = single<frmPaymentsDisbursements>(global);
+    openers.mnuCreateInvoice = [&global] { createInvoice(global); };
     openers.frmTip = modal<frmTip>(global);
     openers.frmIntroduction = modal<frmIntroduction>(global);
     openers.frmAboutvarden = [&global] { frmAboutvarden(global.frmMain).exec(); };

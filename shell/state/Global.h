@@ -67,6 +67,9 @@ struct Global
     // Holders of a split name, overwritten by whoever splits one.
     QString ClientFirstName, ClientLastName;
 
+    // The letterhead of the last letter; one that is Null leaves it as it was.
+    QString LetterheadText;
+
     // Working values of the last save or fee tip.
     QString CurrentRate, CurrentDuration;
     Value CurrentFee;
