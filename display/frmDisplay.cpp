@@ -5,6 +5,7 @@
 
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QProgressBar>
 
 using namespace Qt::StringLiterals;
 
@@ -224,6 +225,12 @@ void frmDisplay::showGraphic()
     RichTextBox1->setTextRTF(m_graphic);
     RichTextBox1->document()->setModified(false);
     m_graphicShown = true;
+}
+
+void frmDisplay::showProgress(int percent)
+{
+    m_progress->setVisible(percent < 100);
+    m_progress->setValue(percent);
 }
 
 } // namespace vardelin

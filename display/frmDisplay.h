@@ -16,6 +16,7 @@
 #include <optional>
 
 class QGridLayout;
+class QProgressBar;
 class QScrollArea;
 
 namespace vardelin {
@@ -68,7 +69,8 @@ public:
 
     QSize sizeHint() const override;
 
-    Adodc &control() { return Adodc1; }
+    Adodc &control() override { return Adodc1; }
+    void showProgress(int percent) override;
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
@@ -117,8 +119,7 @@ private:
     void Back_Click();
     void Forward_Click();
     void useThisWindow();
-    std::function<void()> fileCommand(const char16_t *caption);
-    std::function<void()> later(const char16_t *caption);
+    std::function<void()> fileCommand(void (*command)(Global &));
 
     Global &m_global;
     Adodc Adodc1;
@@ -134,6 +135,7 @@ private:
     ReleaseSlider *Slider1;
     QToolBar *Toolbar1;
     QLabel *Label1, *Label2, *SQLWhere;
+    QProgressBar *m_progress = nullptr;
     QString m_text; // Vardelin and VardeGraphic of the record as stored: what the boxes give back unless they
                     // were edited
     QString m_graphic;

@@ -1,6 +1,8 @@
 // The menus of the Display window and what they do to the record.
 
+#include "database/FileCommands.h"
 #include "database/LogDatabase.h"
+#include "database/Transfer.h"
 #include "display/PrintRichText.h"
 #include "display/PrintedLog.h"
 #include "display/frmDisplay.h"
@@ -34,20 +36,20 @@ void frmDisplay::makeMenus()
     };
     const MenuEntry line{u"mnuLine"_s, u"-"_s};
     const std::vector<MenuEntry> file{
-        {u"mnuSaveFileAs"_s, u"&Save File As ..."_s, {}, fileCommand(u"Save File As")},
-        {u"mnuOpenFile"_s, u"&Open File"_s, {}, fileCommand(u"Open File")},
-        {u"mnuNewFile"_s, u"&New File"_s, {}, fileCommand(u"New File")},
-        {u"mnuImportVardelins"_s, u"&Import Vardelins"_s, {}, fileCommand(u"Import Vardelins")},
-        {u"mnuExportVardelins"_s, u"&Export Vardelins"_s, {}, fileCommand(u"Export Vardelins")},
+        {u"mnuSaveFileAs"_s, u"&Save File As ..."_s, {}, fileCommand(SaveFileAs)},
+        {u"mnuOpenFile"_s, u"&Open File"_s, {}, fileCommand(OpenFile)},
+        {u"mnuNewFile"_s, u"&New File"_s, {}, fileCommand(NewFile)},
+        {u"mnuImportVardelins"_s, u"&Import Vardelins"_s, {}, fileCommand(ImportLogs)},
+        {u"mnuExportVardelins"_s, u"&Export Vardelins"_s, {}, fileCommand(ExportLogs)},
         {u"mnuImportDatabase"_s,
          u"Import &Active Clients Information"_s,
          {},
-         fileCommand(u"Import Active Clients Information")},
+         fileCommand(ImportActiveClients)},
         {u"mnuExportActiveClients"_s,
          u"E&xport Active Clients Information"_s,
          {},
-         fileCommand(u"Export Active Clients Information")},
-        {u"mnuCompactData"_s, u"&Compact Data"_s, {}, fileCommand(u"Compact Data")},
+         fileCommand(ExportActiveClients)},
+        {u"mnuCompactData"_s, u"&Compact Data"_s, {}, fileCommand(CompactDatabase)},
         {u"mnuReport"_s, u"&Report"_s, {}, call(&frmDisplay::mnuReport_Click)},
         {u"mnuLine2"_s, u"-"_s},
         {u"mnuPrintVardelin"_s, u"&Print Vardelin"_s, {}, call(&frmDisplay::mnuPrintVardelin_Click)},
@@ -108,17 +110,12 @@ void frmDisplay::useThisWindow()
     m_global.DatabaseFileName = file();
 }
 
-std::function<void()> frmDisplay::fileCommand(const char16_t *caption)
+std::function<void()> frmDisplay::fileCommand(void (*command)(Global &))
 {
-    return [this, caption] {
+    return [this, command] {
         useThisWindow();
-        m_global.openers.open({}, QString::fromUtf16(caption));
+        command(m_global);
     };
-}
-
-std::function<void()> frmDisplay::later(const char16_t *caption)
-{
-    return [this, caption] { m_global.openers.open({}, QString::fromUtf16(caption)); };
 }
 
 void frmDisplay::mnuReport_Click()

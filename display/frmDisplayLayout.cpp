@@ -7,6 +7,7 @@
 
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QProgressBar>
 #include <QScrollArea>
 #include <QTextDocument>
 
@@ -17,6 +18,7 @@ namespace vardelin {
 namespace {
 
 constexpr int kMargin = 12;
+constexpr int kProgressWidth = 140; // pixels
 
 } // namespace
 
@@ -233,7 +235,16 @@ void frmDisplay::layOut()
     all->addWidget(Toolbar1);
     all->addWidget(m_body, 1);
     all->addLayout(lower);
-    all->addWidget(Label1);
+    m_progress = new QProgressBar;
+    m_progress->setObjectName(u"Progress"_s);
+    m_progress->setAccessibleName(u"Progress"_s);
+    m_progress->setFixedWidth(kProgressWidth);
+    m_progress->hide();
+    auto *status = new QHBoxLayout;
+    status->setContentsMargins(0, 0, kMargin, 0);
+    status->addWidget(Label1, 1);
+    status->addWidget(m_progress);
+    all->addLayout(status);
     setTabOrders();
     giveClipboardKeysToMenu(this);
 }

@@ -24,6 +24,8 @@ Recordset::State &Recordset::state() const
 void Recordset::State::run()
 {
     rows = engineCall([&] { return data::Selection(opened->file(), source); });
+    unfiltered.reset();
+    filter.clear();
     edits.clear();
     adding = false;
     standAt(0);
@@ -69,9 +71,11 @@ void Recordset::State::standAt(std::ptrdiff_t position)
 
 void Recordset::State::needRow() const
 {
+    if (adding)
+        return;
     if (deleted)
         fail(rows->size() == 0 ? Number::NoCurrentRecord : Number::RowDeleted);
-    if (!adding && !onRow())
+    if (!onRow())
         fail(Number::NoCurrentRecord);
 }
 
@@ -281,7 +285,10 @@ std::vector<jet::ColumnValue> Recordset::State::converted() const
 
 void Recordset::State::insertRow()
 {
-    rows->append(rows->table().insert(converted()));
+    const jet::RowId row = rows->table().insert(converted());
+    rows->append(row);
+    if (unfiltered)
+        unfiltered->append(row);
     adding = false;
     standAt(size() - 1);
 }
@@ -333,9 +340,7 @@ void Recordset::Delete()
         scope.commit();
     });
     s.edits.clear();
-    s.rows->erase(static_cast<std::size_t>(s.at));
-    s.image.clear();
-    s.deleted = true;
+    s.eraseRow();
 }
 
 } // namespace vardelin::ado

@@ -32,6 +32,11 @@ public:
     bool isOpen() const;
     QString path() const;
 
+    // Several changes as one in a crash, as in dao::Database.
+    void BeginTrans();
+    void CommitTrans();
+    void RollbackTrans();
+
 private:
     friend class Recordset;
     struct State;
@@ -65,6 +70,13 @@ public:
     void Close(); // drops an edit that isn't written
     bool isOpen() const;
     void Requery(); // as Close and Open; on failure the old rows stay
+
+    // Only the rows of the set for which a condition holds, as in a Where, are there to be moved over; it
+    // stands on the first of them, or at EOF. An empty text takes the filter away. Rows that are added while
+    // it holds belong to both sets. 3001 for a text that is no condition, with the set as it was; not for
+    // computed rows (3251).
+    void SetFilter(const QString &condition);
+    const QString &Filter() const;
 
     bool BOF() const;
     bool EOF_() const;

@@ -106,4 +106,25 @@ QString Connection::path() const
     return isOpen() ? m_state->opened->path() : QString();
 }
 
+void Connection::BeginTrans()
+{
+    if (!isOpen())
+        fail(Number::ConnectionClosed);
+    m_state->opened->begin();
+}
+
+void Connection::CommitTrans()
+{
+    if (!isOpen())
+        fail(Number::ConnectionClosed);
+    m_state->opened->commit();
+}
+
+void Connection::RollbackTrans()
+{
+    if (!isOpen())
+        fail(Number::ConnectionClosed);
+    m_state->opened->rollback();
+}
+
 } // namespace vardelin::ado

@@ -15,7 +15,9 @@ struct Recordset::State
 {
     std::shared_ptr<data::OpenedFile> opened;
     QString source;
-    std::optional<data::Selection> rows; // always there once it is open
+    std::optional<data::Selection> rows;       // always there once it is open
+    std::optional<data::Selection> unfiltered; // the whole set, while `rows` is a filtered part of it
+    QString filter;
 
     // Where it stands: on the row `at`, or ahead of it where a row was deleted; -1 is ahead of the first,
     // size() behind the last.
@@ -37,6 +39,7 @@ struct Recordset::State
     std::vector<jet::ColumnValue> converted() const;
     void insertRow();
     void updateRow();
+    void eraseRow();
 };
 
 } // namespace vardelin::ado

@@ -150,6 +150,13 @@ ado::Recordset &Adodc::Recordset()
     return m_state->records;
 }
 
+ado::Connection &Adodc::ActiveConnection()
+{
+    if (!isOpen())
+        throw RunTimeError(RunTime::ObjectNotSet);
+    return m_state->connection;
+}
+
 bool Adodc::MoveFirst()
 {
     return m_state->move(MoveReason::MoveFirst, [this] { Recordset().MoveFirst(); });

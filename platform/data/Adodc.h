@@ -60,6 +60,7 @@ public:
     // Moving or changing it directly leaves the fields as they are: end with dropEdits(), or use the
     // functions here. 91 before Refresh.
     ado::Recordset &Recordset();
+    ado::Connection &ActiveConnection(); // of the record set
 
     // The record set's own moves, which go on to BOF and EOF. They commit the edits of the bound fields
     // first. A commit that the engine refuses: onError is told (default: thrown), the record stays current,

@@ -47,27 +47,17 @@ std::unique_ptr<Recordset> Database::OpenRecordset(const QString &table)
 
 void Database::BeginTrans()
 {
-    data::OpenedFile &opened = *state().opened;
-    engineCall([&] { opened.scopes.push_back(std::make_unique<jet::Scope>(opened.file())); });
+    state().opened->begin();
 }
 
 void Database::CommitTrans()
 {
-    data::OpenedFile &opened = *state().opened;
-    if (opened.scopes.empty())
-        fail(Number::NoTransaction);
-    opened.file(); // gone from under us: told, and the transaction stays open for Rollback
-    const auto scope = std::move(opened.scopes.back());
-    opened.scopes.pop_back();
-    engineCall([&] { scope->commit(); });
+    state().opened->commit();
 }
 
 void Database::Rollback()
 {
-    data::OpenedFile &opened = *state().opened;
-    if (opened.scopes.empty())
-        fail(Number::NoTransaction);
-    opened.scopes.pop_back();
+    state().opened->rollback();
 }
 
 // ---- definitions

@@ -41,7 +41,11 @@ std::shared_ptr<OpenedFile> OpenedFile::open(const QString &path, jet::OpenOptio
 
 std::shared_ptr<OpenedFile> OpenedFile::create(const QString &path)
 {
-    auto file = engineCall([&] { return jet::File::create(nativePath(path)); });
+    auto file = engineCall([&] {
+        if (path.contains(u'*') || path.contains(u'?')) // a pattern, as a cancelled dialog leaves it
+            throw jet::Error(jet::Code::PathNotFound, path.toStdString());
+        return jet::File::create(nativePath(path));
+    });
     return std::shared_ptr<OpenedFile>(new OpenedFile(path, std::move(file)));
 }
 
@@ -67,9 +71,31 @@ jet::File &OpenedFile::file()
 
 void OpenedFile::close()
 {
-    while (!scopes.empty()) // not committed: undone
-        scopes.pop_back();
+    while (!m_scopes.empty()) // not committed: undone
+        m_scopes.pop_back();
     m_file.reset();
+}
+
+void OpenedFile::begin()
+{
+    engineCall([&] { m_scopes.push_back(std::make_unique<jet::Scope>(file())); });
+}
+
+void OpenedFile::commit()
+{
+    if (m_scopes.empty())
+        fail(Number::NoTransaction);
+    file(); // gone from under us: told, and the transaction stays open for a rollback
+    const auto scope = std::move(m_scopes.back());
+    m_scopes.pop_back();
+    engineCall([&] { scope->commit(); });
+}
+
+void OpenedFile::rollback()
+{
+    if (m_scopes.empty())
+        fail(Number::NoTransaction);
+    m_scopes.pop_back();
 }
 
 std::size_t columnOf(const jet::Table &table, const QString &name)

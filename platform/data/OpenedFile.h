@@ -51,8 +51,11 @@ public:
     const QString &path() const { return m_path; }
     void close();
 
-    // Sections of a transaction, innermost last.
-    std::vector<std::unique_ptr<jet::Scope>> scopes;
+    // Transactions: several changes as one in a crash. commit and rollback end the innermost; 3034 without
+    // one.
+    void begin();
+    void commit();
+    void rollback();
 
 private:
     struct Identity
@@ -66,6 +69,7 @@ private:
     QString m_path;
     std::unique_ptr<jet::File> m_file;
     Identity m_identity;
+    std::vector<std::unique_ptr<jet::Scope>> m_scopes; // innermost last
 };
 
 // The place of a column by its name, without regard to case; ItemNotFound.

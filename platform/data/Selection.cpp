@@ -1,5 +1,7 @@
 #include "platform/data/Selection.h"
 
+#include <algorithm>
+
 namespace vardelin::data {
 
 Selection::Selection(jet::File &file, const QString &source) : m_select(file, source)
@@ -51,6 +53,16 @@ void Selection::append(jet::RowId row)
 void Selection::erase(std::size_t row)
 {
     m_places.erase(m_places.begin() + static_cast<std::ptrdiff_t>(row));
+}
+
+void Selection::keepOnly(const std::vector<RowPlace> &places)
+{
+    std::vector<jet::RowId> sorted;
+    for (const RowPlace &place : places)
+        sorted.push_back(place.row);
+    std::ranges::sort(sorted);
+    std::erase_if(m_places,
+                  [&](const RowPlace &place) { return !std::ranges::binary_search(sorted, place.row); });
 }
 
 } // namespace vardelin::data

@@ -29,6 +29,7 @@ public:
 
     void append(jet::RowId row); // the row that was inserted last
     void erase(std::size_t row);
+    void keepOnly(const std::vector<RowPlace> &places); // in the order of this one
 
 private:
     sql::Select m_select;

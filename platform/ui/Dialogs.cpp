@@ -6,6 +6,7 @@
 #include <QApplication>
 #include <QDialogButtonBox>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QFontDialog>
 #include <QFontInfo>
 #include <QLabel>
@@ -92,9 +93,30 @@ void prepare(QFileDialog &box, const CommonDialog &dialog)
     box.setDefaultSuffix(dialog.DefaultExt);
     if (!dialog.InitDir.isEmpty())
         box.setDirectory(dialog.InitDir);
-    if (!dialog.FileName.isEmpty())
+    if (!dialog.FileName.isEmpty() && !dialog.FileName.startsWith(u'*')) // a pattern is no name
         box.selectFile(dialog.FileName);
 }
+
+// A box is there to be clicked in, also while a command has the busy pointer on.
+class OrdinaryPointer
+{
+public:
+    OrdinaryPointer() : m_laid(QGuiApplication::overrideCursor())
+    {
+        if (m_laid)
+            QGuiApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+    ~OrdinaryPointer()
+    {
+        if (m_laid)
+            QGuiApplication::restoreOverrideCursor();
+    }
+    OrdinaryPointer(const OrdinaryPointer &) = delete;
+    OrdinaryPointer &operator=(const OrdinaryPointer &) = delete;
+
+private:
+    bool m_laid;
+};
 
 bool cancelled(const CommonDialog &dialog)
 {
@@ -103,12 +125,24 @@ bool cancelled(const CommonDialog &dialog)
     return false;
 }
 
+bool mayCreate(QFileDialog &box, const QString &name)
+{
+    const QString question = u"%1\n\nThis file doesn't exist. Do you want to create it?"_s.arg(name);
+    return QMessageBox::question(&box, box.windowTitle(), question, QMessageBox::Yes | QMessageBox::No) ==
+           QMessageBox::Yes;
+}
+
 bool finish(QFileDialog &box, CommonDialog &dialog)
 {
-    if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty())
-        return cancelled(dialog);
-    dialog.FileName = box.selectedFiles().constFirst();
-    return true;
+    const OrdinaryPointer pointer;
+    while (box.exec() == QDialog::Accepted && !box.selectedFiles().isEmpty()) {
+        const QString name = box.selectedFiles().constFirst();
+        if (dialog.createPrompt && !QFileInfo::exists(name) && !mayCreate(box, name))
+            continue;
+        dialog.FileName = name;
+        return true;
+    }
+    return cancelled(dialog);
 }
 
 } // namespace
@@ -117,6 +151,7 @@ Dialogs::~Dialogs() = default;
 
 Answer QtDialogs::msgBox(const MsgBox &box)
 {
+    const OrdinaryPointer pointer;
     QMessageBox window(QApplication::activeWindow());
     window.setWindowTitle(box.title.isEmpty() ? kProgramTitle : box.title);
     window.setTextFormat(Qt::PlainText);

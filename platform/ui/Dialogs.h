@@ -34,6 +34,7 @@ struct CommonDialog
     QString FontSize = {};    // text, as settings hold it
     bool CancelError = false; // Cancel then throws RunTimeError 32755
     bool overwritePrompt = false;
+    bool createPrompt = false; // a name that isn't there yet is taken only after a question
     bool fileMustExist = false;
 };
 

@@ -58,6 +58,14 @@ struct Global
         RangeEnd; // Beginning Time of the first and last record of the Display window that last loaded
     QByteArray FirstRecordBookmark;
 
+    // The file that was picked for compacting, for an export or for an import; the record of the active
+    // Display window while a command on files runs; the other file of a transfer, which stays open where the
+    // transfer ends for want of clients.
+    QString CompactFileName;
+    QByteArray SavedBookmark;
+    std::unique_ptr<dao::Database> LogDatabase;
+    std::unique_ptr<dao::Recordset> TransferRecordset;
+
     // Search state; kept between searches on purpose, with its apostrophes doubled where a search put it into
     // SQL text. SearchClient and SearchEmployee also carry the "YES" of frmIntroduction.
     QString SearchClient, SearchEmployee, SearchProject, SearchText;

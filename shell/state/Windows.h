@@ -7,6 +7,8 @@
 
 namespace vardelin {
 
+class Adodc;
+
 enum class PickList { Clients = 0, Employees = 1, Projects = 2, Rates = 3, Activities = 4 };
 
 class EntryWindow : public ChildWindow
@@ -41,6 +43,9 @@ public:
     virtual int recordCount() = 0;                            // of the selection
     virtual void showLast() = 0;
     virtual QString client() const = 0; // the text of Text1
+    virtual Adodc &control() = 0;       // Adodc1, which the whole-file commands and the transfers work on
+    // How far a long command has come, in the status line beside its text; 100 takes it away.
+    virtual void showProgress(int percent) = 0;
 };
 
 } // namespace vardelin
