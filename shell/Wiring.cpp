@@ -19,6 +19,7 @@
 #include "shell/frmMain.h"
 #include "shell/frmTip.h"
 #include "shell/state/Global.h"
+#include "todo/frmToDo.h"
 
 #include <QApplication>
 
@@ -80,6 +81,8 @@ void wire(Global &global, frmMain &parent)
     openers.frmLetterhead = modal<frmLetterhead>(global);
     openers.frmPaymentsDisbursements = single<frmPaymentsDisbursements>(global);
     openers.mnuCreateInvoice = [&global] { createInvoice(global); };
+
+    openers.frmToDo = modal<frmToDo>(global);
     openers.frmTip = modal<frmTip>(global);
     openers.frmIntroduction = modal<frmIntroduction>(global);
     openers.frmAboutvarden = [&global] { frmAboutvarden(global.frmMain).exec(); };

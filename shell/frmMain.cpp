@@ -3,9 +3,9 @@
 #include "database/LogDatabase.h"
 #include "platform/ui/MenuTable.h"
 #include "platform/ui/SharedKeys.h"
-#include "shell/FormPosition.h"
 #include "shell/Preferences.h"
 #include "shell/frmSplash.h"
+#include "shell/state/FormPosition.h"
 #include "shell/state/Global.h"
 
 #include <QCloseEvent>

@@ -78,6 +78,12 @@ struct Global
     // The letterhead of the last letter; one that is Null leaves it as it was.
     QString LetterheadText;
 
+    // The To Do list: what frmToDo hands to frmEditToDo, the priority chosen last, and the rows, from 1, of
+    // the last press and release on the list; 0 before the first.
+    QString CurrentThingToDo, CurrentStartDate, CurrentDeadline;
+    int CurrentPriority = 0;
+    int DragSourceRow = 0, DragTargetRow = 0;
+
     // Working values of the last save or fee tip.
     QString CurrentRate, CurrentDuration;
     Value CurrentFee;

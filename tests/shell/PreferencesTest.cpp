@@ -1,7 +1,7 @@
 // What the program remembers between runs: settings, and where the parent window stood.
 
 #include "shell/Preferences.h"
-#include "shell/FormPosition.h"
+#include "shell/state/FormPosition.h"
 #include "tests/support/Fakes.h"
 #include "tests/support/PrintQt.h"
 

@@ -1,4 +1,4 @@
-#include "shell/FormPosition.h"
+#include "shell/state/FormPosition.h"
 
 #include "platform/base/Twips.h"
 #include "platform/base/Value.h"
