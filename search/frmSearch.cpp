@@ -8,9 +8,11 @@
 #include "shell/state/Global.h"
 
 #include <QGroupBox>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QRadioButton>
+#include <QScreen>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -46,10 +48,16 @@ frmSearch::frmSearch(Global &global, QWidget *parent) : QDialog(parent), m_globa
     setObjectName(u"frmSearch"_s);
     setWindowTitle(u"Search"_s);
     setAttribute(Qt::WA_DeleteOnClose);
-    auto *all = new QVBoxLayout(this);
+    layOut();
+    Form_Load();
+}
+
+void frmSearch::layOut()
+{
+    auto *all = new QHBoxLayout(this);
     all->setMenuBar(makeMenu());
-    const QString employee = ownWord(global.EmployeeCaption, u"Employee (or user)"_s, u"Employee"_s);
-    const QString project = ownWord(global.ProjectCaption, u"Project"_s, u"Project"_s);
+    const QString employee = ownWord(m_global.EmployeeCaption, u"Employee (or user)"_s, u"Employee"_s);
+    const QString project = ownWord(m_global.ProjectCaption, u"Project"_s, u"Project"_s);
     all->addWidget(makeFrame(
         u"Frame1"_s, u"Type of search:"_s, u"Option1(%1)"_s,
         {u"Current client"_s, u"Another client"_s, u"All active clients"_s, employee, project, u"Log"_s},
@@ -58,8 +66,6 @@ frmSearch::frmSearch(Global &global, QWidget *parent) : QDialog(parent), m_globa
                              {u"All"_s, u"Within last month"_s, u"Within last six months"_s,
                               u"Within last year"_s, u"Customized time frame"_s},
                              Option2));
-    all->addStretch();
-    Form_Load();
 }
 
 void frmSearch::Form_Load()
@@ -75,15 +81,15 @@ void frmSearch::Form_Load()
 
 QMenuBar *frmSearch::makeMenu()
 {
-    auto *bar = new QMenuBar;
-    bar->addActions(makeBar(this,
-                            {{u"mnuReturn"_s, u"&Return"_s, {}, [this] { close(); }},
-                             {u"mnuContinue"_s, u"&Continue"_s, {}, [this] { mnuContinue_Click(); }},
-                             {u"mnuReport"_s, u"&Report"_s, {}, [this] { mnuReport_Click(); }}},
-                            m_global.services.errors));
-    firstTakesSharedKeys(bar);
+    m_bar = new QMenuBar;
+    m_bar->addActions(makeBar(this,
+                              {{u"mnuReturn"_s, u"&Return"_s, {}, [this] { close(); }},
+                               {u"mnuContinue"_s, u"&Continue"_s, {}, [this] { mnuContinue_Click(); }},
+                               {u"mnuReport"_s, u"&Report"_s, {}, [this] { mnuReport_Click(); }}},
+                              m_global.services.errors));
+    firstTakesSharedKeys(m_bar);
     mnuReport = findChild<QAction *>(u"mnuReport"_s);
-    return bar;
+    return m_bar;
 }
 
 QWidget *frmSearch::makeFrame(const QString &name, const QString &caption, const QString &buttonName,
@@ -98,6 +104,7 @@ QWidget *frmSearch::makeFrame(const QString &name, const QString &caption, const
         inside->addWidget(button);
         buttons.push_back(button);
     }
+    inside->addStretch();
     buttons.front()->setChecked(true);
     return frame;
 }
@@ -107,6 +114,8 @@ void frmSearch::offerReport(const QString &name)
     mnuReport->setEnabled(!name.isEmpty());
     if (!name.isEmpty())
         mnuReport->setText(u"   Report all Vardelins for "_s + QString(name).replace(u'&', u"&&"_s));
+    // The layout counts the bar's height alone.
+    setMinimumWidth(std::min(m_bar->sizeHint().width(), screen()->availableGeometry().width() / 2));
 }
 
 void frmSearch::withoutCurrentClient()

@@ -27,6 +27,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void layOut();
     void Form_Load();
     QMenuBar *makeMenu();
     QWidget *makeFrame(const QString &name, const QString &caption, const QString &buttonName,
@@ -37,6 +38,7 @@ private:
 
     Global &m_global;
     std::vector<QRadioButton *> Option1, Option2;
+    QMenuBar *m_bar = nullptr;
     QAction *mnuReport = nullptr;
 };
 

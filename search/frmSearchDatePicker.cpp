@@ -52,8 +52,8 @@ void frmSearchDatePicker::layOut()
     addFrame(u"Frame1"_s, u"Start date"_s, DTPicker1, u"DTPicker1"_s);
     addFrame(u"Frame2"_s, u"End date"_s, DTPicker2, u"DTPicker2"_s);
     all->addStretch();
-    // Wide enough for its title.
-    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) + 120);
+    // Wide enough for its title, which window managers write larger.
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) * 3 / 2 + 120);
 }
 
 void frmSearchDatePicker::setPickers(int daysBack)

@@ -225,6 +225,18 @@ TEST_F(SearchTest, SearchesTheFileOfTheWindow)
     EXPECT_EQ(newest()->recordCount(), 5);
 }
 
+TEST_F(SearchTest, MakesTheWindowAnewThatWasClosedMeanwhile)
+{
+    choose(display, u"mnuSearch"_s);
+    display->parentWidget()->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    ASSERT_FALSE(display);
+    choose(search(), u"mnuContinue"_s);
+    ASSERT_TRUE(global.DisplayWindows[0]);
+    EXPECT_EQ(global.DisplayWindows[0]->Caption(), u"Display form 1"_s);
+    EXPECT_EQ(statement(newest()), select + oneil + byTime);
+}
+
 TEST_F(SearchTest, ReportCommandGoesByClientThenProject)
 {
     choose(display, u"mnuSearch"_s);
