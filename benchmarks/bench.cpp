@@ -5,6 +5,7 @@
 #include "benchmarks/Children.h"
 #include "benchmarks/Figures.h"
 #include "benchmarks/Generate.h"
+#include "benchmarks/Reports.h"
 #include "benchmarks/SaveCost.h"
 #include "platform/system/Settings.h"
 
@@ -27,6 +28,9 @@ using namespace vardelin::bench;
 constexpr int kLogs = 100'000;
 constexpr int kStarts = 15;
 constexpr int kSaves = 101;
+constexpr int kReportLogs = 10'000;
+constexpr int kReports = 3;
+constexpr double kMegabyte = 1'000'000;
 
 void tell(const char *name, double seconds)
 {
@@ -41,11 +45,11 @@ void tellGoal(const char *name, double reached, double goal)
 }
 
 // One run of this program in a process of its own; its lines by name.
-QMap<QByteArray, double> runChild(const QString &what)
+QMap<QByteArray, double> runChild(const QStringList &arguments)
 {
     QProcess child;
     child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-    child.start(QCoreApplication::applicationFilePath(), {what});
+    child.start(QCoreApplication::applicationFilePath(), arguments);
     if (!child.waitForFinished(60'000) || child.exitStatus() != QProcess::NormalExit || child.exitCode() != 0)
         throw std::runtime_error("a process under measurement failed");
     QMap<QByteArray, double> lines;
@@ -67,7 +71,7 @@ void chooseFile(const QString &path)
 double secondsToPaint(const QString &what, int expectedRecords)
 {
     const std::int64_t start = nanosecondsNow();
-    const QMap<QByteArray, double> lines = runChild(what);
+    const QMap<QByteArray, double> lines = runChild({what});
     if (lines.value("records", 0) != expectedRecords)
         throw std::runtime_error("the program doesn't show the file");
     return (lines.value("painted") - static_cast<double>(start)) * 1e-9;
@@ -101,13 +105,43 @@ void measureStarts(const QString &empty, const QString &large)
 void measureDisplay(const QString &large)
 {
     chooseFile(large);
-    const QMap<QByteArray, double> lines = runChild(u"--display"_s);
+    const QMap<QByteArray, double> lines = runChild({u"--display"_s});
     for (const char *name : {"open_display", "search_rare_word", "search_common_word", "first_record",
                              "next_record", "previous_record"})
         tell(qPrintable(QString::fromLatin1(name) + "_100000_logs"_L1), lines[name]);
     tellGoal("open_display_100000_logs", lines["open_display"], 0.3);
     tellGoal("search_rare_word_100000_logs", lines["search_rare_word"], 0.5);
     tellGoal("search_common_word_100000_logs", lines["search_common_word"], 0.5);
+}
+
+// The middle of some runs, by name.
+QMap<QByteArray, double> medianOfChildren(const QStringList &arguments)
+{
+    QMap<QByteArray, std::vector<double>> runs;
+    for (int i = 0; i < kReports; ++i) {
+        const QMap<QByteArray, double> lines = runChild(arguments);
+        for (auto line = lines.begin(); line != lines.end(); ++line)
+            runs[line.key()].push_back(line.value());
+    }
+    QMap<QByteArray, double> middle;
+    for (auto run = runs.begin(); run != runs.end(); ++run)
+        middle[run.key()] = median(run.value());
+    return middle;
+}
+
+void measureReport(const QString &file, const QString &pdf)
+{
+    const QMap<QByteArray, double> report = medianOfChildren({u"--report"_s, file, pdf});
+    const QMap<QByteArray, double> document = medianOfChildren({u"--report-document"_s, file, pdf});
+    tell("report_first_page_10000_logs", report["first_page"]);
+    tell("report_count_10000_logs", report["count"]);
+    tell("report_pdf_10000_logs", report["pdf"]);
+    tell("document_pdf_10000_logs", document["pdf"]);
+    std::printf("memory at most: report of %.0f pages %.1f MB, document %.1f MB\n", report["pages"],
+                report["peak"] / kMegabyte, document["peak"] / kMegabyte);
+    tellGoal("report_first_page_10000_logs", report["first_page"], 0.3);
+    tellGoal("report_pdf_10000_logs", report["pdf"], 3.0);
+    tellGoal("report_megabytes", report["peak"] / kMegabyte, 100);
 }
 
 void measureSave(const QString &file)
@@ -135,6 +169,9 @@ int measureAll(const QString &folder)
     measureSave(small);
     measureStarts(empty, large);
     measureDisplay(large);
+    const QString middle = files.filePath(u"middle.mdb"_s);
+    generate(middle, kReportLogs);
+    measureReport(middle, files.filePath(u"report.pdf"_s));
     return 0;
 }
 
@@ -152,6 +189,10 @@ int main(int argc, char **argv)
             return startBareWindow(argc, argv, true);
         if (std::strcmp(argument, "--display") == 0)
             return useDisplay(argc, argv);
+        if (argc > 3 && std::strcmp(argument, "--report") == 0)
+            return makeReport(argc, argv);
+        if (argc > 3 && std::strcmp(argument, "--report-document") == 0)
+            return makeDocument(argc, argv);
         QCoreApplication application(argc, argv);
         return measureAll(argc > 1 ? QString::fromLocal8Bit(argument)
                                    : QCoreApplication::applicationDirPath());

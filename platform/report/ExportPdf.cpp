@@ -59,17 +59,13 @@ bool paintPdf(ReportPages &pages, QIODevice &file, std::vector<PdfBookmark> &mar
         throw RunTimeError(RunTime::PathFileAccess);
     PagePainter drawn(1);
     int lastRecord = -1;
-    for (int number = 1, count = pages.count(); number <= count; ++number) {
-        if (number > 1 && !writer.newPage())
-            throw RunTimeError(kDiskFull);
-        const ReportPage page = pages.page(number);
-        drawn.paint(painter, page);
-        addBookmarks(page, pages.design().section(ReportSection::Kind::Detail), lastRecord, marks);
-        if (!progress(number, count)) {
-            painter.end();
-            return false;
-        }
-    }
+    if (!forEachPage(pages, progress, [&](const ReportPage &page) {
+            if (page.number > 1 && !writer.newPage())
+                throw RunTimeError(kDiskFull);
+            drawn.paint(painter, page);
+            addBookmarks(page, pages.design().section(ReportSection::Kind::Detail), lastRecord, marks);
+        }))
+        return false;
     return painter.end();
 }
 

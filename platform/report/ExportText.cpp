@@ -127,11 +127,8 @@ bool writeHtml(ReportPages &pages, QIODevice &device, const ReportProgress &prog
         "</style>\n</head>\n<body>\n"_s.arg(pages.design().Caption.toHtmlEscaped(),
                                             points(pages.paper().width), points(pages.paper().height),
                                             style));
-    for (int number = 1, count = pages.count(); number <= count; ++number) {
-        write(device, htmlOf(pages.page(number), fonts));
-        if (!progress(number, count))
-            return false;
-    }
+    if (!forEachPage(pages, progress, [&](const ReportPage &page) { write(device, htmlOf(page, fonts)); }))
+        return false;
     write(device, u"</body>\n</html>\n"_s);
     return true;
 }
@@ -140,8 +137,7 @@ bool writeText(ReportPages &pages, QIODevice &device, const ReportProgress &prog
 {
     const double left =
         std::min<double>(pages.design().margin, (pages.paper().width - pages.design().Width) / 2.0);
-    for (int number = 1, count = pages.count(); number <= count; ++number) {
-        const ReportPage page = pages.page(number);
+    return forEachPage(pages, progress, [&](const ReportPage &page) {
         const PageRow *before = nullptr;
         const std::vector<PageRow> rows = rowsOf(page);
         QString text;
@@ -152,10 +148,7 @@ bool writeText(ReportPages &pages, QIODevice &device, const ReportProgress &prog
             before = &row;
         }
         write(device, text + u'\f');
-        if (!progress(number, count))
-            return false;
-    }
-    return true;
+    });
 }
 
 bool writeCsv(ReportPages &pages, QIODevice &device, const ReportProgress &progress)
@@ -175,6 +168,22 @@ bool writeCsv(ReportPages &pages, QIODevice &device, const ReportProgress &progr
             write(device, csvLine(fields));
         }
         if (!progress(record + 1, count))
+            return false;
+    }
+    return true;
+}
+
+bool forEachPage(ReportPages &pages, const ReportProgress &progress,
+                 const std::function<void(const ReportPage &page)> &take)
+{
+    constexpr int kParts = 10'000;
+    if (pages.printsCount())
+        pages.count();
+    for (int number = 1; number <= pages.found() || pages.findNext(); ++number) {
+        take(pages.page(number));
+        const bool going = pages.complete() ? progress(number, pages.found())
+                                            : progress(static_cast<int>(pages.progress() * kParts), kParts);
+        if (!going)
             return false;
     }
     return true;

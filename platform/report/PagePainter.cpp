@@ -6,6 +6,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace vardelin {
 
@@ -14,12 +15,8 @@ namespace {
 constexpr double kTwipsPerPoint = 20;
 constexpr double kRuleTwips = 10;
 constexpr char16_t kFirstCombining = 0x300;
-
-bool isPlain(const QString &text)
-{
-    return std::all_of(text.cbegin(), text.cend(),
-                       [](QChar letter) { return letter.unicode() < kFirstCombining; });
-}
+constexpr double kDrift = 4;  // units, that a glyph may stand off its measured place
+constexpr double kFine = 0.4; // units to the twip, from which on a glyph may stand on whole units
 
 } // namespace
 
@@ -29,39 +26,65 @@ PagePainter::Face &PagePainter::face(const ReportFont &font)
     if (known != m_faces.end())
         return *known;
     const double pixels = font.Size * kTwipsPerPoint * m_scale;
-    Face made{font, outlineFont(font, std::max(1, qRound(pixels))), {}};
+    Face made{font, outlineFont(font, std::max(1, qRound(pixels))), {}, {}};
     made.raw = QRawFont::fromFont(made.whole);
     made.raw.setPixelSize(pixels);
+    made.glyphs.resize(kFirstCombining);
     return m_faces.emplace_back(std::move(made));
 }
 
-// Glyphs go where the layout measured them. Text that has to be shaped, and what the face hasn't, is left to
-// the painter.
+// The glyphs of a line and their places; false where it has to be shaped, or the face hasn't all of it. On
+// paper words begin on whole units and advance by them, so that a PDF of many pages says the same of the same
+// word each time: a third less to write, and nothing that can be seen.
+bool PagePainter::findGlyphs(Face &drawn, const QString &text)
+{
+    m_glyphs.clear();
+    m_places.clear();
+    const bool fine = m_scale >= kFine;
+    double x = 0, inWord = 0; // measured, and of the glyphs since the last blank
+    double word = 0;          // where it begins
+    for (const QChar letter : text) {
+        if (letter.unicode() >= kFirstCombining)
+            return false;
+        Glyph &glyph = drawn.glyphs[letter.unicode()];
+        if (glyph.index == 0) {
+            glyph.index = drawn.raw.glyphIndexesForString(letter).value(0);
+            if (glyph.index == 0)
+                return false;
+            glyph.advance = drawn.raw.advancesForGlyphIndexes({glyph.index}).value(0).x();
+        }
+        m_glyphs.append(glyph.index);
+        if (std::abs(word + inWord - x) > kDrift) { // a long word
+            word = std::round(x);
+            inWord = 0;
+        }
+        m_places.append({fine ? word + inWord : x, 0});
+        x += glyph.advance;
+        inWord += std::round(glyph.advance);
+        if (letter == u' ') {
+            word = std::round(x);
+            inWord = 0;
+        }
+    }
+    return true;
+}
+
 void PagePainter::paintText(QPainter &painter, const ReportItem &item)
 {
     Face &drawn = face(item.font);
-    const QPointF base(item.left * m_scale, (item.top + item.baseline) * m_scale);
-    if (isPlain(item.text)) {
-        const QList<quint32> glyphs = drawn.raw.glyphIndexesForString(item.text);
-        if (!glyphs.contains(0)) {
-            const QList<QPointF> advances = drawn.raw.advancesForGlyphIndexes(glyphs);
-            QList<QPointF> places;
-            places.reserve(glyphs.size());
-            QPointF at;
-            for (const QPointF &advance : advances) {
-                places.append(at);
-                at += advance;
-            }
-            QGlyphRun run;
-            run.setRawFont(drawn.raw);
-            run.setGlyphIndexes(glyphs);
-            run.setPositions(places);
-            painter.drawGlyphRun(base, run);
-            return;
-        }
+    QPointF base(item.left * m_scale, (item.top + item.baseline) * m_scale);
+    if (m_scale >= kFine)
+        base = base.toPoint();
+    if (!findGlyphs(drawn, item.text)) {
+        painter.setFont(drawn.whole);
+        painter.drawText(base, item.text);
+        return;
     }
-    painter.setFont(drawn.whole);
-    painter.drawText(base, item.text);
+    QGlyphRun run;
+    run.setRawFont(drawn.raw);
+    run.setGlyphIndexes(m_glyphs);
+    run.setPositions(m_places);
+    painter.drawGlyphRun(base, run);
 }
 
 void PagePainter::paint(QPainter &painter, const ReportPage &page, const QRectF &twips)

@@ -20,17 +20,26 @@ public:
     void paint(QPainter &painter, const ReportPage &page, const QRectF &twips = {});
 
 private:
+    struct Glyph
+    {
+        quint32 index = 0; // 0: not looked for, or none
+        double advance = 0;
+    };
     struct Face
     {
         ReportFont font;
         QFont whole;
         QRawFont raw;
+        std::vector<Glyph> glyphs; // by character, of those that stand for themselves
     };
     Face &face(const ReportFont &font);
+    bool findGlyphs(Face &drawn, const QString &text);
     void paintText(QPainter &painter, const ReportItem &item);
 
     const double m_scale;
     std::vector<Face> m_faces;
+    QList<quint32> m_glyphs; // of a line
+    QList<QPointF> m_places;
 };
 
 } // namespace vardelin

@@ -22,6 +22,10 @@ bool writeText(ReportPages &pages, QIODevice &device, const ReportProgress &prog
 // UTF-8 with its mark, CR LF, fields in quotes where they need them.
 bool writeCsv(ReportPages &pages, QIODevice &device, const ReportProgress &progress);
 
+// The pages one after the other, found while they are taken: false where the progress said no.
+bool forEachPage(ReportPages &pages, const ReportProgress &progress,
+                 const std::function<void(const ReportPage &page)> &take);
+
 using ReportWriter = bool (*)(ReportPages &, QIODevice &, const ReportProgress &);
 
 // Writes the file whole or, on false and on errors, not at all: what stood there stays. RunTimeError 75 where

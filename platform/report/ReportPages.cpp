@@ -297,8 +297,8 @@ bool ReportPages::findNext()
     m_starts.push_back(m_next);
     m_made = make(m_next, found());
     m_complete = m_next.stage == Stage::End;
-    if (m_complete)
-        m_made.reset(); // its count of pages wasn't known yet
+    if (m_complete && printsCount())
+        m_made.reset(); // wasn't known yet
     return true;
 }
 
@@ -307,6 +307,15 @@ int ReportPages::count()
     while (findNext())
         ;
     return found();
+}
+
+bool ReportPages::printsCount() const
+{
+    for (const Kind kind : {Kind::PageHeader, Kind::PageFooter})
+        for (const ReportControl &control : section(kind).controls)
+            if (withPageCodes(control.Caption, 1, 1) != withPageCodes(control.Caption, 1, 2))
+                return true;
+    return false;
 }
 
 ReportPage ReportPages::page(int number)

@@ -42,7 +42,8 @@ public:
     double progress() const;                                        // 0 to 1, by records
     // Finds one more page's beginning; false once it is complete.
     bool findNext();
-    int count(); // finds all
+    int count();              // finds all
+    bool printsCount() const; // its pages tell how many there are
     // Page by number from 1; RunTimeError 9 beyond the last. The count that "%P" stands for is "…" as long as
     // it isn't known.
     ReportPage page(int number);

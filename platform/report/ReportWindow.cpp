@@ -274,6 +274,7 @@ void ReportWindow::printReportCommand()
         QPrinter printer(QPrinter::HighResolution);
         const auto ask = [this](QPrinter &chosen) {
             QPrintDialog dialog(&chosen, this);
+            dialog.setMinMax(1, m_pages->count());
             dialog.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
             return dialog.exec() == QDialog::Accepted;
         };
