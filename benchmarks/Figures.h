@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
+#include <ctime>
 #include <functional>
 #include <vector>
 
@@ -25,6 +26,19 @@ inline double secondsOf(const std::function<void()> &work)
     const std::int64_t start = nanosecondsNow();
     work();
     return secondsSince(start);
+}
+
+// Elapsed, and on the processors with what the system does for us.
+struct Figures
+{
+    double seconds = 0, cpuSeconds = 0;
+};
+
+inline Figures figuresOf(const std::function<void()> &work)
+{
+    const std::clock_t before = std::clock();
+    const double seconds = secondsOf(work);
+    return {seconds, static_cast<double>(std::clock() - before) / CLOCKS_PER_SEC};
 }
 
 inline double median(std::vector<double> times)

@@ -20,6 +20,14 @@ Recordset::State &Recordset::state() const
     return *m_state;
 }
 
+// For what happens in memory alone: whether the file has been replaced is for Update to find.
+Recordset::State &Recordset::stateInMemory() const
+{
+    if (!m_state || !m_state->opened->isOpen())
+        fail(Number::ObjectClosed);
+    return *m_state;
+}
+
 void Recordset::Close()
 {
     state();
@@ -238,7 +246,7 @@ QStringList Recordset::FieldNames() const
 
 void Recordset::SetField(const QString &name, const Value &value)
 {
-    State &s = state();
+    State &s = stateInMemory();
     const std::size_t column = data::columnOf(s.m_table, name);
     if (s.m_mode == State::Mode::None)
         fail(Number::UpdateWithoutEdit);

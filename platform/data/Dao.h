@@ -111,6 +111,7 @@ private:
     struct State;
     explicit Recordset(std::unique_ptr<State> state);
     State &state() const;
+    State &stateInMemory() const;
     std::unique_ptr<State> m_state;
 };
 

@@ -38,6 +38,14 @@ const std::byte *BasePages::page(PageNo number)
     return page->data();
 }
 
+const std::byte *BasePages::passing(PageNo number, std::byte *room)
+{
+    if (m_map.empty())
+        return page(number);
+    m_file.read(std::uint64_t{number} * kPageSize, {room, kPageSize});
+    return room;
+}
+
 void BasePages::written(PageNo number, const std::byte *bytes)
 {
     if (const auto found = m_cache.find(number); found != m_cache.end() && found->second)

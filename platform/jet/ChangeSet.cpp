@@ -99,17 +99,25 @@ PageNo ChangeSet::undoInner()
 PageNo ChangeSet::dropAll()
 {
     const PageNo pageCount = m_levels.front().pageCount;
-    for (const PageNo page : m_touched)
-        place(page) = nullptr;
-    m_touched.clear();
+    forgetPages();
     m_levels.clear();
     m_undo.clear();
-    m_live = 0;
-    m_free.clear();
     m_copies.resize(std::min(m_copies.size(), kSpareCopies));
+    m_free.clear();
     for (const auto &copy : m_copies)
         m_free.push_back(copy.get());
     return pageCount;
+}
+
+void ChangeSet::forgetPages()
+{
+    for (const PageNo page : m_touched)
+        place(page) = nullptr;
+    m_touched.clear();
+    m_live = 0;
+    m_free.clear();
+    for (const auto &copy : m_copies)
+        m_free.push_back(copy.get());
 }
 
 std::vector<PageNo> ChangeSet::pages() const

@@ -26,6 +26,8 @@ public:
     PageNo undoInner(); // undoes and ends it; the page count that it began with
     PageNo dropAll();   // ends every section; the page count that the outermost began with
     bool empty() const { return m_live == 0; }
+    std::size_t size() const { return m_live; } // changed pages
+    void forgetPages();                         // all copies go, the one section that is open stays
 
     // The changed copy, or null.
     std::byte *find(PageNo page) const

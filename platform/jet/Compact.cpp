@@ -203,8 +203,10 @@ std::vector<RowId> TableCopy::order() const
 
 void TableCopy::copyRows()
 {
-    for (const RowId id : order())
+    for (const RowId id : order()) {
         copyRow(id);
+        m_target.pager().writeEarly();
+    }
     m_filler.finish();
 }
 
@@ -316,6 +318,7 @@ std::vector<std::uint32_t> TableCopy::buildIndexes()
         distinct.push_back(sortEntries(m_entries[i], index));
         PagesOfIndex pages(m_target.pager(), m_target.allocation(), index.map);
         IndexTree(m_target.pager(), m_to.page(), index.root).build(m_entries[i], pages);
+        m_target.pager().writeEarly();
     }
     return distinct;
 }

@@ -22,7 +22,7 @@
 
 namespace vardelin::jet {
 
-// Holds the pages of the new file in memory until it is verified. FileInUse: `from` is open, here or
+// Memory goes with the keys of the indexes, not with the pages. FileInUse: `from` is open, here or
 // elsewhere. DatabaseExists: there is something of the name `to`. Else what opening, reading and writing
 // throw.
 void compactFile(const std::filesystem::path &from, const std::filesystem::path &to,

@@ -14,6 +14,7 @@
 #include "platform/jet/Error.h"
 #include "platform/jet/Types.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -28,8 +29,28 @@ struct TableDefinition; // Definition.h
 struct StoredField;     // RowCodec.h
 class FileParts;        // File.cpp: pager, catalog, allocation
 
-// A row where it lies. Valid inside the read scope (or cursor) that gave it, until the next change of the
-// file.
+// Room for one text after the other.
+class TextBuffer
+{
+public:
+    char16_t *reserve(std::size_t units) // what was in it is lost
+    {
+        if (units > m_size) {
+            m_size = std::max(units, 2 * m_size);
+            m_units = std::make_unique_for_overwrite<char16_t[]>(m_size);
+        }
+        return m_units.get();
+    }
+
+private:
+    friend class RowView;
+    std::unique_ptr<char16_t[]> m_units;
+    std::size_t m_size = 0;
+    Bytes m_pieces; // of a long value in several
+};
+
+// A row where it lies. Valid inside the read scope that gave it, or until the cursor that gave it goes on,
+// and not beyond the next change of the file.
 class RowView
 {
 public:
@@ -43,6 +64,8 @@ public:
     Currency currency(std::size_t column) const;
     double number(std::size_t column) const;       // Single, Double, DateTime, and the whole numbers
     std::u16string text(std::size_t column) const; // Text, Memo
+    // The same, empty for Null; valid until the buffer is used again.
+    std::u16string_view text(std::size_t column, TextBuffer &buffer) const;
     // A text as it lies in the file: compressed (one byte a character behind FF FE) or UTF-16LE. A long value
     // in one piece is not copied; a chained one is gathered into `store`.
     std::span<const std::byte> storedText(std::size_t column, Bytes &store) const;

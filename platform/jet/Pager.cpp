@@ -6,6 +6,7 @@
 #include "platform/jet/FileLocks.h"
 #include "platform/jet/Journal.h"
 
+#include <algorithm>
 #include <array>
 #include <cassert>
 #include <cstring>
@@ -61,10 +62,13 @@ public:
     std::uint64_t version() const override { return m_version; }
     PageNo pageCount() const override { return m_pageCount; }
     const std::byte *page(PageNo number) override;
+    const std::byte *passing(PageNo number, std::byte *room) override;
     std::byte *change(PageNo number) override;
     PageNo append() override;
+    void writeEarly() override;
 
 private:
+    void checkNumber(PageNo number) const;
     bool inSection() const { return m_reads > 0 || m_changes.level() > 0; }
     bool isNew() const { return !m_opening.fresh.empty(); }
 
@@ -81,6 +85,8 @@ private:
     std::vector<PageChange> collectChanges();
     void commitThroughJournal(const std::vector<PageChange> &changes);
     void publishNew(const std::vector<PageChange> &changes);
+    void writeNew(const std::vector<PageChange> &changes);
+    void writeTogether(std::span<const PageChange> changes);
     void writePages(const std::vector<PageChange> &changes);
     void verifyWritten(const std::vector<PageChange> &changes);
     void restore();
@@ -93,8 +99,9 @@ private:
     FileLocks m_locks;
     BasePages m_base;
     ChangeSet m_changes;
-    std::size_t m_reads = 0; // read sections that are open
-    PageNo m_basePages = 0;  // of the file on the disk
+    std::size_t m_reads = 0;   // read sections that are open
+    bool m_wroteEarly = false; // the new file holds pages of the section that is open
+    PageNo m_basePages = 0;    // of the file on the disk
     PageNo m_pageCount = 0;
     std::uint64_t m_stamp = 0;
     std::uint64_t m_version = 0;
@@ -146,6 +153,8 @@ void FilePager::rollback()
         return;
     }
     m_changes.dropAll();
+    if (std::exchange(m_wroteEarly, false))
+        m_basePages = 0;
     m_pageCount = m_basePages;
     leave();
 }
@@ -286,9 +295,23 @@ const std::byte *FilePager::page(PageNo number)
     assert(inSection());
     if (const std::byte *changed = m_changes.find(number))
         return changed;
+    checkNumber(number);
+    return m_base.page(number);
+}
+
+const std::byte *FilePager::passing(PageNo number, std::byte *room)
+{
+    assert(inSection());
+    if (const std::byte *changed = m_changes.find(number))
+        return changed;
+    checkNumber(number);
+    return m_base.passing(number, room);
+}
+
+void FilePager::checkNumber(PageNo number) const
+{
     if (number >= m_basePages)
         damaged("page " + std::to_string(number) + " is behind the end");
-    return m_base.page(number);
 }
 
 std::byte *FilePager::change(PageNo number)
@@ -312,7 +335,7 @@ void FilePager::commitOutermost()
 {
     try {
         const std::vector<PageChange> changes = collectChanges();
-        if (!changes.empty()) {
+        if (!changes.empty() || m_wroteEarly) {
             if (isNew())
                 publishNew(changes);
             else
@@ -368,11 +391,27 @@ void FilePager::commitThroughJournal(const std::vector<PageChange> &changes)
 // New pages first: a full disk is found before an old page is touched.
 void FilePager::writePages(const std::vector<PageChange> &changes)
 {
-    for (const bool old : {false, true}) {
-        for (const PageChange &change : changes) {
-            if ((change.before != nullptr) == old)
-                m_file->write(std::uint64_t{change.page} * kPageSize, {change.after, kPageSize});
-        }
+    const auto old = std::partition_point(changes.begin(), changes.end(),
+                                          [](const PageChange &change) { return change.before != nullptr; });
+    writeTogether({old, changes.end()});
+    for (auto change = changes.begin(); change != old; ++change)
+        m_file->write(std::uint64_t{change->page} * kPageSize, {change->after, kPageSize});
+}
+
+// Pages that lie side by side in one go.
+void FilePager::writeTogether(std::span<const PageChange> changes)
+{
+    constexpr std::size_t kTogether = 64;
+    std::vector<std::byte> bytes;
+    bytes.reserve(std::min(kTogether, changes.size()) * kPageSize);
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        bytes.insert(bytes.end(), changes[i].after, changes[i].after + kPageSize);
+        const bool goesOn = i + 1 < changes.size() && changes[i + 1].page == changes[i].page + 1;
+        if (goesOn && bytes.size() < kTogether * kPageSize)
+            continue;
+        const std::uint64_t end = (std::uint64_t{changes[i].page} + 1) * kPageSize;
+        m_file->write(end - bytes.size(), bytes);
+        bytes.clear();
     }
 }
 
@@ -397,8 +436,7 @@ void FilePager::restore()
 // A new file stands under another name until it is whole.
 void FilePager::publishNew(const std::vector<PageChange> &changes)
 {
-    m_file->truncate(0);
-    writePages(changes);
+    writeNew(changes);
     m_file->sync();
     verifyWritten(changes);
     m_disk.publish(m_opening.fresh, m_opening.place);
@@ -407,6 +445,30 @@ void FilePager::publishNew(const std::vector<PageChange> &changes)
         throw Error(Code::WriteError, {}, "folder");
     }
     m_opening.fresh.clear();
+    m_wroteEarly = false;
+}
+
+void FilePager::writeNew(const std::vector<PageChange> &changes)
+{
+    if (!m_wroteEarly)
+        m_file->truncate(0); // what a failed attempt has left
+    writeTogether(changes);
+}
+
+void FilePager::writeEarly()
+{
+    constexpr std::size_t kMany = 2048; // 8 MiB
+    if (!isNew() || m_changes.level() != 1 || m_changes.size() < kMany)
+        return;
+    const std::vector<PageChange> changes = collectChanges();
+    writeNew(changes);
+    m_wroteEarly = true;
+    verifyWritten(changes);
+    for (const PageChange &change : changes)
+        m_base.written(change.page, change.after);
+    m_basePages = m_pageCount;
+    m_base.grow(m_basePages);
+    m_changes.forgetPages();
 }
 
 // What the disk holds now is what was meant for it.

@@ -69,9 +69,20 @@ public:
     // 4096 bytes. Valid until the page is changed or the section ends. A number beyond the end throws
     // Damaged; IoError if the medium fails.
     virtual const std::byte *page(PageNo number) = 0;
+    // The same page for one who passes over many of them once: it lies in `room` (4096 bytes) if that saves
+    // the mapping, which brings its neighbours along.
+    virtual const std::byte *passing(PageNo number, std::byte *room)
+    {
+        static_cast<void>(room);
+        return page(number);
+    }
     // The same page to write to, valid until the section ends or an inner one is rolled back.
     virtual std::byte *change(PageNo number) = 0;
     virtual PageNo append() = 0; // a page of zeros at the end; FileTooLarge at 2 GiB
+    // Of a file that is being created: once many pages were changed they are written beside the file's place
+    // and leave the memory; nobody sees them before the commit. Everything that page() and change() gave is
+    // no longer valid. In an outermost write section; nothing to do for other files.
+    virtual void writeEarly() {}
 
     // Damaged, with the file's path and what was found where.
     [[noreturn]] void damaged(std::string_view reason) const;

@@ -210,30 +210,49 @@ Bytes encodeText(std::u16string_view text, bool compress)
     return stored;
 }
 
+namespace {
+
+// Behind the mark: a zero byte switches between one byte and two bytes a character.
+std::size_t decodeMixed(std::span<const std::byte> stored, RowPlace place, char16_t *units)
+{
+    char16_t *at = units;
+    bool wide = false;
+    for (std::size_t i = 0; i < stored.size(); ++i) {
+        if (stored[i] == std::byte{0})
+            wide = !wide;
+        else if (!wide)
+            *at++ = std::to_integer<char16_t>(stored[i]);
+        else if (i + 1 < stored.size())
+            *at++ = load<char16_t>(stored.data() + i++);
+        else
+            place.damaged("has a compressed text of half a character");
+    }
+    return static_cast<std::size_t>(at - units);
+}
+
+} // namespace
+
+std::size_t decodeText(std::span<const std::byte> stored, RowPlace place, char16_t *units)
+{
+    if (isCompressed(stored)) {
+        stored = stored.subspan(2);
+        if (!stored.empty() && std::memchr(stored.data(), 0, stored.size()) != nullptr)
+            return decodeMixed(stored, place, units);
+        std::transform(stored.begin(), stored.end(), units,
+                       [](std::byte byte) { return std::to_integer<char16_t>(byte); });
+        return stored.size();
+    }
+    if (stored.size() % 2 != 0)
+        place.damaged("has a text of half a character");
+    if (!stored.empty())
+        std::memcpy(units, stored.data(), stored.size());
+    return stored.size() / 2;
+}
+
 std::u16string decodeText(std::span<const std::byte> stored, RowPlace place)
 {
-    std::u16string text;
-    if (!isCompressed(stored)) {
-        if (stored.size() % 2 != 0)
-            place.damaged("has a text of half a character");
-        text.resize(stored.size() / 2);
-        if (!stored.empty())
-            std::memcpy(text.data(), stored.data(), stored.size());
-        return text;
-    }
-    text.reserve(stored.size() - 2);
-    bool wide = false;
-    for (std::size_t i = 2; i < stored.size(); ++i) {
-        if (stored[i] == std::byte{0}) {
-            wide = !wide;
-        } else if (!wide) {
-            text.push_back(std::to_integer<char16_t>(stored[i]));
-        } else if (i + 1 < stored.size()) {
-            text.push_back(load<char16_t>(stored.data() + i++));
-        } else {
-            place.damaged("has a compressed text of half a character");
-        }
-    }
+    std::u16string text(isCompressed(stored) ? stored.size() - 2 : stored.size() / 2, u'\0');
+    text.resize(decodeText(stored, place, text.data()));
     return text;
 }
 

@@ -50,6 +50,8 @@ Bytes encodeRow(const TableDefinition &table, std::span<const StoredField> field
 
 Bytes encodeText(std::u16string_view text, bool compress);
 std::u16string decodeText(std::span<const std::byte> stored, RowPlace place);
+// The same to `units`, which takes as many as there are bytes; how many they are.
+std::size_t decodeText(std::span<const std::byte> stored, RowPlace place, char16_t *units);
 
 // Values of any type but Boolean, Memo and OLE.
 Bytes encodeCell(const Column &column, const Cell &cell);

@@ -140,6 +140,13 @@ std::u16string RowView::text(std::size_t column) const
     return decodeText(storedText(column, store), {m_table->m_file.pager(), m_id});
 }
 
+std::u16string_view RowView::text(std::size_t column, TextBuffer &buffer) const
+{
+    const auto stored = storedText(column, buffer.m_pieces);
+    char16_t *const units = buffer.reserve(stored.size());
+    return {units, decodeText(stored, {m_table->m_file.pager(), m_id}, units)};
+}
+
 std::span<const std::byte> RowView::storedText(std::size_t column, Bytes &store) const
 {
     const StoredField stored = field(column);

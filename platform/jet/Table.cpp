@@ -30,15 +30,24 @@ struct Cursor::State
     UsageMap owned;
     std::optional<DataPage> page;
     PageNo number = 0;
+    PageNo firstPage = 0, pagesMet = 0;
     std::size_t slot = 0; // the next to look at
     std::uint64_t changes = 0;
     RowView view;
     bool end = false;
+    alignas(64) std::byte room[kPageSize]; // of a page that isn't worth being mapped
 };
 
+// A table whose pages lie scattered between those of long values is read page by page: mapping would bring
+// the others along.
 void Cursor::State::enter(PageNo next)
 {
-    page.emplace(parts->pager(), next);
+    constexpr PageNo kFew = 16, kScattered = 4;
+    if (pagesMet++ == 0)
+        firstPage = next;
+    const bool scattered = pagesMet > kFew && (next - firstPage) / kScattered > pagesMet;
+    Pager &pager = parts->pager();
+    page.emplace(pager, next, scattered ? pager.passing(next, room) : pager.page(next));
     page->requireOwner(definition->page());
     number = next;
     changes = parts->changes();

@@ -4,7 +4,10 @@
 #include "platform/sql/StoredText.h"
 
 #include <algorithm>
+#include <bit>
+#include <cstring>
 #include <memory>
+#include <optional>
 
 namespace vardelin::sql {
 
@@ -22,6 +25,27 @@ const char16_t *foldTable()
         return folds;
     }();
     return table.get();
+}
+
+// By folded unit: the bits in which the units differ that fold to it.
+const char16_t *differenceTable()
+{
+    static const std::unique_ptr<char16_t[]> table = [] {
+        auto differences = std::make_unique<char16_t[]>(0x10000);
+        for (std::size_t c = 0; c < 0x10000; ++c) {
+            const char16_t folded = foldTable()[c];
+            differences[folded] = static_cast<char16_t>(differences[folded] | (folded ^ c));
+        }
+        return differences;
+    }();
+    return table.get();
+}
+
+// The bit by which a folded unit's other case differs, or no bit; nullopt if it takes more than one.
+std::optional<char16_t> caseBit(char16_t folded)
+{
+    const std::uint16_t difference = differenceTable()[folded];
+    return std::popcount(difference) <= 1 ? std::optional<char16_t>(difference) : std::nullopt;
 }
 
 char16_t fold(QChar c)
@@ -110,53 +134,91 @@ void LikePattern::findShape()
     m_shape = open ? Shape::Contains : Shape::Plain;
     for (const Element &element : inner)
         m_needle += element.character;
-    m_shift.fill(m_needle.size());
-    for (std::size_t i = 0; i + 1 < m_needle.size(); ++i)
-        m_shift[m_needle[i] & 0xFF] = m_needle.size() - 1 - i;
-    for (std::size_t byte = 0; byte < m_byteStep.size() && !m_needle.empty(); ++byte) {
-        const char16_t c = foldTable()[byte];
-        m_byteStep[byte] = c == m_needle.back() ? 0 : m_shift[c & 0xFF];
+    chooseMarks();
+}
+
+// The seldomest characters tell most. A character whose forms differ by more than one bit tells nothing here.
+void LikePattern::chooseMarks()
+{
+    constexpr std::u16string_view kOften = u" etaoinsrhldcumfpgwybvkxjqz";
+    std::array<std::size_t, 2> best{};
+    for (std::size_t i = 0; i < m_needle.size(); ++i) {
+        const char16_t c = m_needle[i];
+        const auto bit = caseBit(c);
+        if (!bit)
+            continue;
+        const std::size_t rarity = std::min(kOften.find(c), kOften.size()) + 1;
+        const std::size_t which = best[0] <= best[1] ? 0 : 1;
+        if (rarity <= best[which])
+            continue;
+        best[which] = rarity;
+        m_marks[which] = {i, *bit, static_cast<char16_t>(c | *bit)};
     }
 }
 
-// The needle ends behind text[end - 1]: are the characters ahead of it the needle's?
+namespace {
+
 template <class Unit>
-bool LikePattern::endsAt(const Unit *text, std::size_t end) const
+char16_t unitAt(const std::byte *text, std::size_t at)
+{
+    Unit unit;
+    std::memcpy(&unit, text + at * sizeof(Unit), sizeof unit);
+    return unit;
+}
+
+constexpr std::size_t kBlock = 64; // units that are sieved together
+
+} // namespace
+
+// Whether both marks are where they must be for the needle to begin among the first units of `text`. Without
+// branches, so that the compiler takes many units at a time.
+template <class Unit>
+bool LikePattern::mayBegin(const std::byte *text) const
+{
+    const auto [first, second] = m_marks;
+    const auto c1 = static_cast<Unit>(first.character), c2 = static_cast<Unit>(second.character);
+    const auto i1 = static_cast<Unit>(first.ignored), i2 = static_cast<Unit>(second.ignored);
+    const std::byte *const at1 = text + first.place * sizeof(Unit), *const at2 =
+                                                                        text + second.place * sizeof(Unit);
+    Unit met = 0;
+    for (std::size_t i = 0; i < kBlock; ++i) {
+        Unit u1, u2;
+        std::memcpy(&u1, at1 + i * sizeof(Unit), sizeof u1);
+        std::memcpy(&u2, at2 + i * sizeof(Unit), sizeof u2);
+        const auto differs = static_cast<Unit>(((u1 | i1) ^ c1) | ((u2 | i2) ^ c2));
+        met = static_cast<Unit>(met | static_cast<Unit>(differs == 0 ? 1 : 0));
+    }
+    return met != 0;
+}
+
+template <class Unit>
+bool LikePattern::liesAt(const std::byte *text) const
 {
     const char16_t *const folds = foldTable();
-    const std::size_t length = m_needle.size();
-    for (std::size_t i = 1; i <= length; ++i) {
-        if (folds[static_cast<std::size_t>(text[end - i])] != m_needle[length - i])
+    for (std::size_t i = 0; i < m_needle.size(); ++i) {
+        if (folds[unitAt<Unit>(text, i)] != m_needle[i])
             return false;
     }
     return true;
 }
 
-// Looks at every character that the needle's end may lie on, and goes on by how far that character lies from
-// the end in the needle.
-bool LikePattern::containedIn(std::span<const char16_t> text) const
+// text: units in the order of the machine, wherever they lie.
+template <class Unit>
+bool LikePattern::containedIn(const std::byte *text, std::size_t units) const
 {
-    const char16_t *const folds = foldTable();
-    for (std::size_t end = m_needle.size(); end <= text.size();) {
-        const char16_t last = folds[text[end - 1]];
-        if (last == m_needle.back() && endsAt(text.data(), end))
-            return true;
-        end += m_shift[last & 0xFF];
-    }
-    return false;
-}
-
-// The same with the step of each byte known, none where the needle may end: one look-up a step.
-bool LikePattern::containedIn(std::span<const std::byte> text) const
-{
-    for (std::size_t end = m_needle.size(); end <= text.size();) {
-        if (const std::size_t step = m_byteStep[std::to_integer<std::size_t>(text[end - 1])]; step != 0) {
-            end += step;
+    if (m_needle.size() > units)
+        return false;
+    const std::size_t places = units - m_needle.size() + 1;
+    const std::size_t reach = kBlock + std::max(m_marks[0].place, m_marks[1].place);
+    for (std::size_t block = 0; block < places; block += kBlock) {
+        // The last block lies over the one before it, so that it is whole.
+        const std::size_t from = units < reach ? block : std::min(block, units - reach);
+        if (units >= reach && !mayBegin<Unit>(text + from * sizeof(Unit)))
             continue;
+        for (std::size_t at = block; at < std::min(places, block + kBlock); ++at) {
+            if (liesAt<Unit>(text + at * sizeof(Unit)))
+                return true;
         }
-        if (endsAt(text.data(), end))
-            return true;
-        end += m_shift[m_needle.back() & 0xFF];
     }
     return false;
 }
@@ -210,7 +272,8 @@ bool LikePattern::matches(QStringView text) const
                std::equal(text.begin(), text.end(), m_needle.begin(),
                           [](QChar c, char16_t n) { return fold(c) == n; });
     case Shape::Contains:
-        return containedIn(std::span(text.utf16(), static_cast<std::size_t>(text.size())));
+        return containedIn<char16_t>(reinterpret_cast<const std::byte *>(text.utf16()),
+                                     static_cast<std::size_t>(text.size()));
     case Shape::General:
         break;
     }
@@ -222,7 +285,9 @@ bool LikePattern::matchesStored(std::span<const std::byte> stored) const
     if (m_shape == Shape::Anything)
         return true;
     if (m_shape == Shape::Contains && isNarrow(stored))
-        return containedIn(stored.subspan(2));
+        return containedIn<std::uint8_t>(stored.data() + 2, stored.size() - 2);
+    if (m_shape == Shape::Contains && !isCompressed(stored) && std::endian::native == std::endian::little)
+        return containedIn<char16_t>(stored.data(), stored.size() / 2);
     return matches(decodeStored(stored));
 }
 

@@ -43,17 +43,25 @@ private:
     void findShape();
     bool matchesOne(const Element &element, char16_t c) const;
     bool matchesGeneral(QStringView text) const;
-    bool containedIn(std::span<const char16_t> text) const;
-    bool containedIn(std::span<const std::byte> text) const;
+    void chooseMarks();
     template <class Unit>
-    bool endsAt(const Unit *text, std::size_t end) const;
+    bool containedIn(const std::byte *text, std::size_t units) const;
+    template <class Unit>
+    bool liesAt(const std::byte *text) const;
+    template <class Unit>
+    bool mayBegin(const std::byte *text) const;
 
     std::vector<Element> m_elements;
     Shape m_shape = Shape::General;
     std::u16string m_needle; // Plain, Contains: folded
-    // Contains: how far the search may go on, by the low byte of the folded character, and by the byte of a
-    // narrow text.
-    std::array<std::size_t, 256> m_shift{}, m_byteStep{};
+    // Contains: two of its characters, seldom ones, by which the text is sieved.
+    struct Mark
+    {
+        std::size_t place = 0;       // in the needle
+        char16_t ignored = 0xFFFF;   // the bits that tell its cases apart; all: it matches anything
+        char16_t character = 0xFFFF; // with these bits set
+    };
+    std::array<Mark, 2> m_marks;
 };
 
 } // namespace vardelin::sql

@@ -5,12 +5,12 @@
 
 namespace vardelin::sql {
 
-namespace {
-
 bool isCompressed(std::span<const std::byte> stored)
 {
     return stored.size() >= 2 && stored[0] == std::byte{0xFF} && stored[1] == std::byte{0xFE};
 }
+
+namespace {
 
 // A zero byte switches between one byte and two bytes a character.
 QString decodeMixed(std::span<const std::byte> stored)

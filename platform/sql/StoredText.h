@@ -8,6 +8,7 @@
 namespace vardelin::sql {
 
 // The bytes behind the mark, if they are one a character all through (no zero byte switches to two).
+bool isCompressed(std::span<const std::byte> stored);
 bool isNarrow(std::span<const std::byte> stored);
 QString decodeStored(std::span<const std::byte> stored);
 

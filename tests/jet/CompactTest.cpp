@@ -331,5 +331,34 @@ TEST(Compact, WhatTheDiskDidNotKeepIsNoticed)
     EXPECT_GT(noticed, 5);
 }
 
+// So large that pages of the new file are written before the last are made.
+TEST(Compact, LargeFilesComeWholeOrNotAtAll)
+{
+    MemoryDisk memory;
+    {
+        const auto file = File::create("from.mdb", memory);
+        makeTables(*file);
+        Scope scope(*file);
+        for (std::size_t i = 0; i < 3000; ++i)
+            insertRow(file->table(u"Keyed"),
+                      {{}, std::u16string(1 + i % 90, u'n'), std::u16string(3000 + i % 1500, u'l')});
+        scope.commit();
+    }
+    FaultyDisk disk(memory);
+    bool failed = true;
+    for (int n = 1; failed; n += 1777) {
+        disk.failAt(n, FaultyDisk::Fault::FromThenOn, Code::DiskFull);
+        const auto thrown = codeOf([&] { compactFile("from.mdb", "to.mdb", disk); });
+        failed = disk.hasFailed();
+        disk.heal();
+        ASSERT_EQ(thrown.has_value(), failed);
+        ASSERT_EQ(memory.exists("to.mdb"), !failed) << "operation " << n;
+        if (memory.exists("to.mdb-new"))
+            memory.remove("to.mdb-new");
+    }
+    ASSERT_GT(memory.content("to.mdb").size(), 2 * 8'388'608U);
+    expectSameTables(*File::open("from.mdb", {}, memory), *File::open("to.mdb", {}, memory));
+}
+
 } // namespace
 } // namespace vardelin::jet::test
