@@ -50,6 +50,22 @@ auto columnEntry(const QString &column)
     return [column](const ado::Recordset &row) { return toText(row.Fields(column)); };
 }
 
+void fillLists(Global &global, ado::Connection &connection)
+{
+    for (std::size_t list = 0; list < 5; ++list)
+        global.List1[list].clear();
+    const ado::ReadTogether together(connection);
+    auto &[clients, employees, projects, rates, activities, spare5, spare6, spare7] = global.List1;
+    global.NoClients = !fill(clients, connection, u"[Active Clients]"_s,
+                             nameEntry(u"Client Last Name"_s, u"Client First Name"_s));
+    std::stable_sort(clients.begin(), clients.end(), listLess);
+    global.NoEmployees = !fill(employees, connection, u"Employees"_s,
+                               nameEntry(u"Employee Last Name"_s, u"Employee First Name"_s));
+    fill(projects, connection, u"Projects"_s, columnEntry(u"Projects"_s));
+    fill(rates, connection, u"Rates"_s, columnEntry(u"Rates"_s));
+    fill(activities, connection, u"Activities"_s, columnEntry(u"Activities"_s));
+}
+
 void overwriteWithDefault(Global &global)
 {
     Kill(global.DatabaseFileName);
@@ -91,17 +107,7 @@ void OpenLogDatabase(Global &global)
         CreateDatabase(global);
     ado::Connection connection;
     connection.Open(ado::connectionText(global.DatabaseFileName));
-    for (std::size_t list = 0; list < 5; ++list)
-        global.List1[list].clear();
-    auto &[clients, employees, projects, rates, activities, spare5, spare6, spare7] = global.List1;
-    global.NoClients = !fill(clients, connection, u"[Active Clients]"_s,
-                             nameEntry(u"Client Last Name"_s, u"Client First Name"_s));
-    std::stable_sort(clients.begin(), clients.end(), listLess);
-    global.NoEmployees = !fill(employees, connection, u"Employees"_s,
-                               nameEntry(u"Employee Last Name"_s, u"Employee First Name"_s));
-    fill(projects, connection, u"Projects"_s, columnEntry(u"Projects"_s));
-    fill(rates, connection, u"Rates"_s, columnEntry(u"Rates"_s));
-    fill(activities, connection, u"Activities"_s, columnEntry(u"Activities"_s));
+    fillLists(global, connection);
     connection.Close();
 }
 

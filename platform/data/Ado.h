@@ -15,6 +15,7 @@ namespace vardelin::ado {
 QString connectionText(const QString &path);
 
 class Recordset;
+class ReadTogether;
 
 class Connection
 {
@@ -39,6 +40,23 @@ public:
 
 private:
     friend class Recordset;
+    friend class ReadTogether;
+    struct State;
+    std::unique_ptr<State> m_state;
+};
+
+// While it lives, all that is read through the connection is of one moment, and the file is locked and looked
+// for once: for a few quick readings one after the other. It ends before the connection closes. 3709 if the
+// connection isn't open, 3043 as with Recordset, and the engine's "locked".
+class ReadTogether
+{
+public:
+    explicit ReadTogether(Connection &connection);
+    ~ReadTogether();
+    ReadTogether(const ReadTogether &) = delete;
+    ReadTogether &operator=(const ReadTogether &) = delete;
+
+private:
     struct State;
     std::unique_ptr<State> m_state;
 };

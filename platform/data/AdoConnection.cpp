@@ -127,4 +127,22 @@ void Connection::RollbackTrans()
     m_state->opened->rollback();
 }
 
+struct ReadTogether::State
+{
+    std::shared_ptr<data::OpenedFile> opened;
+    data::OpenedFile::ReadTogether reading;
+};
+
+ReadTogether::ReadTogether(Connection &connection)
+{
+    if (!connection.isOpen())
+        fail(Number::NoConnection);
+    const auto &opened = connection.m_state->opened;
+    m_state = engineCall([&] {
+        return std::unique_ptr<State>(new State{opened, data::OpenedFile::ReadTogether(*opened)});
+    });
+}
+
+ReadTogether::~ReadTogether() = default;
+
 } // namespace vardelin::ado

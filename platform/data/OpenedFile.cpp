@@ -61,7 +61,7 @@ jet::File &OpenedFile::file()
 {
     if (!m_file)
         fail(Number::ObjectClosed);
-    if (present() != m_identity)
+    if (m_together == 0 && present() != m_identity)
         throw RunTimeError(
             Number::FileReplaced,
             u"The file '%1' was removed or replaced while it was open. To continue, close it and open it again."_s

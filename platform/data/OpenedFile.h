@@ -57,6 +57,24 @@ public:
     void commit();
     void rollback();
 
+    // While it lives, what is read is of one moment: one lock and one look at the path for all of it. It ends
+    // before the file is closed.
+    class ReadTogether
+    {
+    public:
+        explicit ReadTogether(OpenedFile &opened) : m_opened(opened), m_scope(opened.file())
+        {
+            ++opened.m_together;
+        }
+        ~ReadTogether() { --m_opened.m_together; }
+        ReadTogether(const ReadTogether &) = delete;
+        ReadTogether &operator=(const ReadTogether &) = delete;
+
+    private:
+        OpenedFile &m_opened;
+        jet::ReadScope m_scope;
+    };
+
 private:
     struct Identity
     {
@@ -70,6 +88,7 @@ private:
     std::unique_ptr<jet::File> m_file;
     Identity m_identity;
     std::vector<std::unique_ptr<jet::Scope>> m_scopes; // innermost last
+    int m_together = 0; // ReadTogethers that live
 };
 
 // The place of a column by its name, without regard to case; ItemNotFound.

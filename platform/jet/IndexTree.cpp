@@ -36,6 +36,8 @@ std::optional<RowId> IndexTree::find(std::string_view key) const
         const IndexPlace found = leaf->place(path.leaf().place, store);
         return found.key == key ? std::optional(found.row) : std::nullopt;
     }
+    if (leaf->next() == 0)
+        return {};
     const Cursor cursor = seek(key); // on a further leaf
     if (cursor.atEnd() || cursor.key() != key)
         return {};
