@@ -129,7 +129,7 @@ bool Binder::enter(NodeId id)
         bindLikeAny(id);
         return true;
     case NodeKind::Operator:
-        return node.op == Op::Like && bindLike(id);
+        return (node.op == Op::Like && bindLike(id)) || (node.op == Op::Equal && bindEqual(id));
     case NodeKind::Call:
         if (bindAggregate(id))
             return true;
@@ -212,6 +212,27 @@ bool Binder::bindLike(NodeId id)
     emit({Step::LikeColumn, {}, node.negated, column, static_cast<std::uint32_t>(m_program.patterns.size())},
          Kind::Number, 0);
     m_program.patterns.emplace_back(toText(right.literal));
+    return true;
+}
+
+// Column = 'text': compared without a value being made of the column.
+bool Binder::bindEqual(NodeId id)
+{
+    const Node &left = m_select.tree.nodes[m_select.tree.children(id)[0]];
+    const Node &right = m_select.tree.nodes[m_select.tree.children(id)[1]];
+    if (m_mode == Mode::Group || left.kind != NodeKind::Column || right.kind != NodeKind::Literal ||
+        !right.literal.isText())
+        return false;
+    const std::size_t column = findColumn(left);
+    if (columnKind(column) != Kind::Text)
+        return false;
+    emit({Step::EqualsColumn,
+          {},
+          false,
+          static_cast<std::uint32_t>(column),
+          static_cast<std::uint32_t>(m_program.literals.size())},
+         Kind::Number, 0);
+    m_program.literals.push_back(right.literal);
     return true;
 }
 

@@ -52,6 +52,7 @@ private:
 
     void bindColumn(const Node &node);
     bool bindLike(NodeId id);
+    bool bindEqual(NodeId id);
     void bindLikeAny(NodeId id);
     bool bindAggregate(NodeId id);
     void bindGroupColumn(std::size_t column);

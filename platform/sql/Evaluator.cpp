@@ -87,6 +87,9 @@ void Evaluator::run(const Instruction &step, const Program &program, const Row &
         return in(step);
     case Step::Like:
         return like(step.negated);
+    case Step::EqualsColumn:
+        m_stack.push_back(equalsColumn(step, program, row));
+        break;
     case Step::LikeColumn:
         m_stack.push_back(likeColumn(step, program, row));
         break;
@@ -128,6 +131,18 @@ void Evaluator::like(bool negated)
         m_stack.emplace_back(NullValue());
     else
         m_stack.emplace_back(LikePattern(toText(pattern)).matches(toText(text)) != negated);
+}
+
+Value Evaluator::equalsColumn(const Instruction &step, const Program &program, const Row &row)
+{
+    const Value &literal = program.literals[step.b];
+    if (row.isNull(step.a))
+        return Value(NullValue());
+    const auto stored = row.storedText(step.a, m_store);
+    if (!stored)
+        return applyBinary(Op::Equal, row.value(step.a), literal);
+    decodeStored(*stored, m_text);
+    return Value(compareTexts(m_text, std::get<QString>(literal.variant())) == 0);
 }
 
 Value Evaluator::likeColumn(const Instruction &step, const Program &program, const Row &row)

@@ -33,6 +33,7 @@ private:
     void between(bool negated);
     void in(const Instruction &step);
     void like(bool negated);
+    Value equalsColumn(const Instruction &step, const Program &program, const Row &row);
     Value likeColumn(const Instruction &step, const Program &program, const Row &row);
     Value likeAnyColumn(const Instruction &step, const Program &program, const Row &row);
     void call(const Instruction &step, const Program &program);
@@ -40,6 +41,7 @@ private:
     const Clock *m_clock;
     std::vector<Value> m_stack;
     jet::Bytes m_store;
+    QString m_text;
 };
 
 } // namespace vardelin::sql

@@ -143,6 +143,11 @@ Value fromTruth(std::optional<bool> truth)
 
 } // namespace
 
+int compareTexts(const QString &left, const QString &right)
+{
+    return jet::compareText(view(left), view(right));
+}
+
 std::optional<int> compareValues(const Value &left, const Value &right)
 {
     if (left.isNull() || right.isNull())
@@ -150,7 +155,7 @@ std::optional<int> compareValues(const Value &left, const Value &right)
     const auto *leftText = std::get_if<QString>(&left.variant());
     const auto *rightText = std::get_if<QString>(&right.variant());
     if (leftText && rightText)
-        return jet::compareText(view(*leftText), view(*rightText));
+        return compareTexts(*leftText, *rightText);
     if (leftText || rightText)
         throw RunTimeError(RunTime::TypeMismatch);
     if (isFloating(left) || isFloating(right))

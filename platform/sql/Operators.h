@@ -7,6 +7,8 @@
 
 namespace vardelin::sql {
 
+int compareTexts(const QString &left, const QString &right); // below, at or above 0: the general order
+
 // Below 0, 0, above 0; nullopt where a value is Null. Numbers, dates and Booleans compare as numbers, exactly
 // where neither is a floating one; texts in the general order. RunTimeError 13 for a text beside anything
 // else.

@@ -24,6 +24,7 @@ enum class Step : std::uint8_t {
     In,              // value and b texts, numbers or dates
     Like,            // text and pattern
     LikeColumn,      // column a and patterns[b]
+    EqualsColumn,    // column a and the text literals[b]
     LikeAnyColumn,   // column a and words[b]
     Call,            // functions[a] with b arguments
     SkipIfFalse,     // on to a, with False on top, where the And is decided

@@ -1,6 +1,6 @@
 #include "platform/sql/StoredText.h"
 
-#include <QByteArrayView>
+#include <algorithm>
 #include <cstring>
 
 namespace vardelin::sql {
@@ -40,15 +40,25 @@ bool isNarrow(std::span<const std::byte> stored)
 
 QString decodeStored(std::span<const std::byte> stored)
 {
-    if (isNarrow(stored))
-        return QString::fromLatin1(
-            QByteArrayView(stored.data() + 2, static_cast<qsizetype>(stored.size() - 2)));
-    if (isCompressed(stored))
-        return decodeMixed(stored.subspan(2));
-    QString text(static_cast<qsizetype>(stored.size() / 2), Qt::Uninitialized);
-    if (!text.isEmpty())
-        std::memcpy(text.data(), stored.data(), stored.size() / 2 * 2);
+    QString text;
+    decodeStored(stored, text);
     return text;
+}
+
+void decodeStored(std::span<const std::byte> stored, QString &text)
+{
+    if (isNarrow(stored)) {
+        stored = stored.subspan(2);
+        text.resize(static_cast<qsizetype>(stored.size()));
+        std::ranges::transform(stored, text.begin(),
+                               [](std::byte byte) { return QChar(std::to_integer<char16_t>(byte)); });
+    } else if (isCompressed(stored)) {
+        text = decodeMixed(stored.subspan(2));
+    } else {
+        text.resize(static_cast<qsizetype>(stored.size() / 2));
+        if (!text.isEmpty())
+            std::memcpy(text.data(), stored.data(), stored.size() / 2 * 2);
+    }
 }
 
 } // namespace vardelin::sql

@@ -7,9 +7,10 @@
 
 namespace vardelin::sql {
 
-// The bytes behind the mark, if they are one a character all through (no zero byte switches to two).
 bool isCompressed(std::span<const std::byte> stored);
+// One byte a character all through behind the mark: no zero byte switches to two.
 bool isNarrow(std::span<const std::byte> stored);
 QString decodeStored(std::span<const std::byte> stored);
+void decodeStored(std::span<const std::byte> stored, QString &text); // the same, in the room that `text` has
 
 } // namespace vardelin::sql

@@ -297,6 +297,29 @@ TEST_F(AdoTest, NeverShowsAnotherRowInTheDeletedOnesPlace)
     EXPECT_EQ(column(u"Vardelins"_s, u"Client"_s), (QStringList{u"Client 3"_s, u"Client 4"_s}));
 }
 
+// One moment from the first reading to the last: nobody can write in between.
+TEST_F(AdoTest, ReadsTogetherWhatIsOfOneMoment)
+{
+    addLogs(1, 2);
+    EXPECT_EQ(errorOf([&] { const ado::ReadTogether together(m_connection); }), 3709);
+    ado::Recordset records;
+    openLogs(records);
+    const auto other = open();
+    const auto logs = other->OpenRecordset(u"Vardelins"_s);
+    logs->AddNew();
+    logs->SetField(u"Client"_s, Value(u"Later"_s));
+    {
+        const ado::ReadTogether together(m_connection);
+        EXPECT_EQ(client(records), u"Client 1"_s);
+        EXPECT_EQ(errorOf([&] { logs->Update(); }), 3050);
+        records.MoveNext();
+        EXPECT_EQ(client(records), u"Client 2"_s);
+    }
+    logs->Update();
+    records.Requery();
+    EXPECT_EQ(records.RecordCount(), 3);
+}
+
 TEST_F(AdoTest, TellsOfAFileThatWasReplaced)
 {
     addLogs(1, 2);
