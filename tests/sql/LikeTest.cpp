@@ -3,6 +3,7 @@
 #include "platform/sql/StoredText.h"
 
 #include <QRegularExpression>
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -110,6 +111,31 @@ TEST(LikeTest, AgreesWithRegularExpressions)
         ASSERT_EQ(like.matches(text), expected) << qPrintable(text) << " like " << qPrintable(pattern);
         ASSERT_EQ(like.matchesStored(narrow(text)), expected);
         ASSERT_EQ(like.matchesStored(wide(text)), expected);
+    }
+}
+
+// A text wherever it stands in a long one, in either case, at any address. U+017F and U+212A are forms of s
+// and k that differ in more than one bit; U+00B5 has its other forms beyond the narrow texts.
+TEST(LikeTest, FindsTextsInLongOnes)
+{
+    std::mt19937 random(5);
+    for (const QString &needle : {u"estoppel"_s, u"Ask"_s, u"s"_s, u"\u00B5m"_s, u"\u0436a 1"_s, u"q"_s}) {
+        const LikePattern pattern(u'%' + needle + u'%');
+        for (int i = 0; i < 400; ++i) {
+            QString text = randomText(random, u"xyz ,-w"_s, 300);
+            ASSERT_FALSE(pattern.matchesStored(wide(text))) << qPrintable(text);
+            QString found = i % 2 == 0 ? needle.toUpper() : needle.toLower();
+            if (i % 4 == 1)
+                found.replace(u's', QChar(0x17F)).replace(u'k', QChar(0x212A));
+            text.insert(std::uniform_int_distribution<qsizetype>(0, text.size())(random), found);
+            std::vector<std::byte> shifted = wide(text);
+            shifted.insert(shifted.begin(), std::byte{0});
+            ASSERT_TRUE(pattern.matches(text)) << qPrintable(text);
+            ASSERT_TRUE(pattern.matchesStored(std::span(shifted).subspan(1))) << qPrintable(text);
+            if (std::ranges::all_of(text, [](QChar c) { return c.unicode() <= 0xFF; })) {
+                ASSERT_TRUE(pattern.matchesStored(narrow(text))) << qPrintable(text);
+            }
+        }
     }
 }
 
