@@ -88,7 +88,7 @@ private:
     std::unique_ptr<jet::File> m_file;
     Identity m_identity;
     std::vector<std::unique_ptr<jet::Scope>> m_scopes; // innermost last
-    int m_together = 0; // ReadTogethers that live
+    int m_together = 0;                                // ReadTogethers that live
 };
 
 // The place of a column by its name, without regard to case; ItemNotFound.
