@@ -50,6 +50,7 @@ frmPaymentsDisbursements::frmPaymentsDisbursements(Global &global, QWidget *pare
     makeWalks();
     layOut(bar);
     bindFields();
+    Combo1[0]->setFocus();
     Form_Load();
 }
 

@@ -107,6 +107,7 @@ TEST_F(LedgerWindowTest, LoadsClientsVendorsAndTheLastRecords)
     EXPECT_EQ(the<DatePicker>(u"DTPicker5"_s)->Value(), DateSerial{clock.moment.days - 365});
     EXPECT_EQ(framesOnView(), u"1:01234"_s);
     EXPECT_EQ(commandsOn(), u"Return Save "_s);
+    EXPECT_TRUE(the<FreeCombo>(u"Combo1(0)"_s)->hasFocus());
 
     global.SearchClient = u"Someone Else"_s;
     open();
