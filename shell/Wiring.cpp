@@ -3,9 +3,11 @@
 #include "billing/Invoice.h"
 #include "billing/frmLetterhead.h"
 #include "billing/frmPaymentsDisbursements.h"
+#include "contacts/frmActiveClients.h"
 #include "contacts/frmActivity.h"
 #include "contacts/frmClient.h"
 #include "contacts/frmEmployee.h"
+#include "contacts/frmInactiveClients.h"
 #include "contacts/frmProject.h"
 #include "contacts/frmRate.h"
 #include "platform/report/ReportWindow.h"
@@ -68,6 +70,19 @@ void showBrowser(Global &global, frmMain &parent)
     browser->activateWindow();
 }
 
+// Asked for again, the window that is open comes to the front.
+void showActiveClients(Global &global, frmMain &parent)
+{
+    auto *window = parent.findChild<frmActiveClients *>();
+    if (!window) {
+        window = new frmActiveClients(global, &parent);
+        window->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    window->show();
+    window->raise();
+    window->activateWindow();
+}
+
 } // namespace
 
 void wire(Global &global, frmMain &parent)
@@ -78,6 +93,8 @@ void wire(Global &global, frmMain &parent)
     openers.frmProject = modal<frmProject>(global);
     openers.frmRate = modal<frmRate>(global);
     openers.frmActivity = modal<frmActivity>(global);
+    openers.frmActiveClients = [&] { showActiveClients(global, parent); };
+    openers.frmInactiveClients = modal<frmInactiveClients>(global);
     openers.frmLetterhead = modal<frmLetterhead>(global);
     openers.frmPaymentsDisbursements = single<frmPaymentsDisbursements>(global);
     openers.mnuCreateInvoice = [&global] { createInvoice(global); };

@@ -88,6 +88,8 @@ struct Global
     QString CurrentRate, CurrentDuration;
     Value CurrentFee;
 
+    Value CaseClosureDate; // of the last deactivation; kept, and taken again where no other day is chosen
+
     // Margins of printed lists in inches; 0 counts as 1 until a list is printed. What the word splitter still
     // has to split, and the word that it gave last.
     double PrintTopMargin = 0, PrintBottomMargin = 0, PrintLeftMargin = 0, PrintRightMargin = 0;
