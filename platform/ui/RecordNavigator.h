@@ -7,6 +7,8 @@
 #include <QFrame>
 #include <QToolButton>
 
+class QLabel;
+
 namespace vardelin {
 
 class RecordNavigator : public QFrame
@@ -27,7 +29,7 @@ private:
     void moveRecord(bool (Adodc::*step)());
     void enable(QToolButton *button, bool on, QToolButton *heir);
 
-    class QLabel *m_caption;
+    QLabel *m_caption;
     Adodc &m_control;
     Dialogs &m_dialogs;
     ErrorFrame &m_frame;
