@@ -153,6 +153,8 @@ void print(const SalvagedTable &table)
         std::cout << "; " << counted(table.lostRows, "row", "rows") << " lost";
     if (table.lostValues != 0)
         std::cout << "; " << counted(table.lostValues, "value", "values") << " lost";
+    if (table.cutValues != 0)
+        std::cout << "; " << counted(table.cutValues, "long value", "long values") << " cut short";
     if (!table.trouble.empty())
         std::cout << "; stopped: " << table.trouble;
     std::cout << "\n";
@@ -165,7 +167,8 @@ int salvage(const Request &request)
     std::cout << "Written to " << request.salvageTo << ":\n";
     for (const SalvagedTable &table : tables) {
         print(table);
-        whole &= table.setAside == 0 && table.lostRows == 0 && table.lostValues == 0 && table.trouble.empty();
+        whole &= table.setAside == 0 && table.lostRows == 0 && table.lostValues == 0 &&
+                 table.cutValues == 0 && table.trouble.empty();
     }
     return whole ? Sound : Damaged;
 }

@@ -93,6 +93,25 @@ std::span<const std::byte> readLongValue(Pager &pager, std::span<const std::byte
     return store;
 }
 
+Bytes readableStart(Pager &pager, std::span<const std::byte> raw, RowPlace place)
+{
+    Bytes start;
+    const auto take = [&](std::span<const std::byte> data) {
+        start.insert(start.end(), data.begin(), data.end());
+    };
+    try {
+        const Header header = parse(raw, place);
+        if (header.kind == kSingle)
+            take(piece(pager, header.first));
+        else if (header.kind != kInline)
+            walkChain(pager, header, place, [&](RowId, std::span<const std::byte> data) { take(data); });
+    } catch (const Error &error) {
+        if (error.code() != Code::Damaged)
+            throw;
+    }
+    return start;
+}
+
 std::vector<RowId> longValuePieces(Pager &pager, std::span<const std::byte> raw, RowPlace place)
 {
     const Header header = parse(raw, place);

@@ -27,6 +27,8 @@ inline constexpr std::size_t kLongestLongValue = 0x3FFFFFFF;
 // The data of a value: where it lies if that is one piece, else gathered into `store`.
 std::span<const std::byte> readLongValue(Pager &pager, std::span<const std::byte> header, RowPlace place,
                                          Bytes &store);
+// As much of a damaged value as can be read from its start.
+Bytes readableStart(Pager &pager, std::span<const std::byte> header, RowPlace place);
 // The rows that hold the data, in order; none for an inline value.
 std::vector<RowId> longValuePieces(Pager &pager, std::span<const std::byte> header, RowPlace place);
 bool isInline(std::span<const std::byte> header);

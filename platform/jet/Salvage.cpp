@@ -5,6 +5,7 @@
 #include "platform/jet/Definition.h"
 #include "platform/jet/Error.h"
 #include "platform/jet/Header.h"
+#include "platform/jet/LongValue.h"
 #include "platform/jet/Properties.h"
 #include "platform/jet/RowReader.h"
 #include "platform/jet/TextOrder.h"
@@ -262,7 +263,7 @@ private:
     void copyRow(const TableDefinition &definition, const FoundRow &row, Table &table)
     {
         std::vector<ColumnValue> values;
-        std::size_t unreadable = 0;
+        std::size_t unreadable = 0, cut = 0;
         for (std::size_t i = 0; i < definition.columns.size(); ++i) {
             const Column &column = definition.columns[i];
             const bool read = readable([&] {
@@ -270,7 +271,17 @@ private:
                 if (!isNull(cell))
                     values.emplace_back(i, std::move(cell));
             });
-            unreadable += read ? 0 : 1;
+            if (read)
+                continue;
+            Cell start;
+            if (isLongValue(column.type))
+                readable([&] { start = startOf(definition, column, row); });
+            if (isNull(start)) {
+                ++unreadable;
+            } else {
+                ++cut;
+                values.emplace_back(i, std::move(start));
+            }
         }
         if (unreadable == definition.columns.size() || !insert(table, values)) {
             ++m_result.lostRows;
@@ -278,6 +289,19 @@ private:
         }
         ++m_result.rows;
         m_result.lostValues += unreadable;
+        m_result.cutValues += cut;
+    }
+
+    // Null: nothing of it can be read.
+    Cell startOf(const TableDefinition &definition, const Column &column, const FoundRow &row)
+    {
+        const RowPlace place{m_source.pager(), row.place};
+        const StoredField field = readField(definition, column, row.bytes, place);
+        Bytes start = field.present ? readableStart(m_source.pager(), field.bytes, place) : Bytes();
+        if (start.empty() || column.type != ColumnType::Memo)
+            return start.empty() ? Cell() : Cell(std::move(start));
+        start.resize(start.size() / 2 * 2);
+        return decodeText(start, place);
     }
 
     bool insert(Table &table, const std::vector<ColumnValue> &values)

@@ -134,7 +134,43 @@ TEST(Salvage, WhatIsLostIsCounted)
     const Salvaged without = salvage(text.bytes);
     EXPECT_EQ(without.table.rows, soundRows().size());
     EXPECT_GT(without.table.lostValues, 0u);
-    EXPECT_EQ(rowsThatAreAsTheyWere(without.rows), soundRows().size() - without.table.lostValues);
+    EXPECT_EQ(rowsThatAreAsTheyWere(without.rows),
+              soundRows().size() - without.table.lostValues - without.table.cutValues);
+}
+
+std::vector<RowId> piecesOfALongNote(Patient &patient)
+{
+    const UsageMap owned(patient.pager(), patient.definition.owned);
+    for (PageNo number = owned.next(0); number != kNoPage; number = owned.next(number + 1)) {
+        const DataPage page(patient.pager(), number);
+        for (std::size_t i = 0; i < page.slots(); ++i) {
+            const RowPlace place{patient.pager(), {number, static_cast<std::uint8_t>(i)}};
+            if (page.slot(i).flags != kLiveRow)
+                continue;
+            const StoredField note =
+                readField(patient.definition, patient.definition.columns[2], page.row(i), place);
+            if (note.present && isChained(note.bytes))
+                return longValuePieces(patient.pager(), note.bytes, place);
+        }
+    }
+    return {};
+}
+
+TEST(Salvage, TheStartOfABrokenTextIsKept)
+{
+    Patient patient;
+    const std::vector<RowId> pieces = piecesOfALongNote(patient);
+    ASSERT_GE(pieces.size(), 3u);
+    patient.flip(pieces[1].page, 0);
+    const Salvaged all = salvage(patient.bytes);
+    EXPECT_EQ(all.table.rows, soundRows().size());
+    EXPECT_GE(all.table.cutValues, 1u);
+    for (const auto &row : all.rows) {
+        const auto *was = std::get_if<std::u16string>(&soundRows().at(std::get<std::int32_t>(row[0]))[2]);
+        const auto *text = std::get_if<std::u16string>(&row[2]);
+        ASSERT_TRUE(!text || (was && was->starts_with(*text)));
+        EXPECT_TRUE(!text || text->size() == was->size() || text->size() >= 2000);
+    }
 }
 
 TEST(Salvage, RowsThatTheirTableRefusesAreSetAside)
