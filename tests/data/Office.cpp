@@ -1,7 +1,7 @@
 #include "Office.h"
 
-#include <QFileInfo>
-#include <QProcess>
+#include "tests/support/Judges.h"
+
 #include <iostream>
 
 void PrintTo(const QString &text, std::ostream *out)
@@ -117,25 +117,13 @@ QStringList Office::column(const QString &table, const QString &column)
 
 QStringList Office::exported(const QString &table) const
 {
-    QProcess program;
-    program.start(u"mdb-export"_s, {u"-H"_s, u"-Q"_s, path, table});
-    if (!program.waitForFinished() || program.exitCode() != 0)
-        return {u"mdb-export failed: "_s + QString::fromUtf8(program.readAllStandardError())};
-    return QString::fromUtf8(program.readAllStandardOutput()).split(u'\n', Qt::SkipEmptyParts);
+    return testing_support::outputOf(u"mdb-export"_s, {u"-H"_s, u"-Q"_s, path, table})
+        .split(u'\n', Qt::SkipEmptyParts);
 }
 
 void Office::expectSound() const
 {
-    const QString checker = QStringLiteral(VARDELIN_ROOT "/../shared/tools/jetcheck.py");
-    if (!QFileInfo::exists(checker)) {
-        std::cout << "The judge ../shared/tools/jetcheck.py is absent: the file isn't judged by it.\n";
-        return;
-    }
-    QProcess program;
-    program.setProcessChannelMode(QProcess::MergedChannels);
-    program.start(u"python3"_s, {checker, path});
-    ASSERT_TRUE(program.waitForFinished());
-    EXPECT_EQ(program.exitCode(), 0) << program.readAll().toStdString();
+    testing_support::expectSound(path, VARDELIN_ROOT);
 }
 
 } // namespace vardelin

@@ -1,7 +1,10 @@
 #pragma once
-// Other readers of the file format, asked about a file that we wrote: mdbtools always, and jetcheck.py where
-// it lies beside the project.
+// Judges of a file that we wrote: mdbtools and the engine's own checker always, and jetcheck.py where it lies
+// beside the project.
 
+#include "platform/jet/Check.h"
+
+#include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <gtest/gtest.h>
@@ -27,9 +30,12 @@ inline QStringList exportedRows(const QString &file, const QString &table)
     return text.split(u'\n', Qt::SkipEmptyParts);
 }
 
-// The independent checker has nothing to say against the file. root: the project's folder.
+// Neither our own checker nor the independent one has anything to say against the file. root: the project's
+// folder.
 inline void expectSound(const QString &file, const char *root)
 {
+    for (const jet::Finding &finding : jet::checkFile(QFile::encodeName(file).toStdString()).findings)
+        ADD_FAILURE() << qPrintable(file) << ": " << textOf(finding);
     const QString checker = QString::fromUtf8(root) + QStringLiteral("/../shared/tools/jetcheck.py");
     if (!QFileInfo::exists(checker)) {
         printf("The independent checker is not beside the project; %s was not judged by it.\n",
