@@ -44,6 +44,7 @@ void checkTables(CheckState &state)
     checkTable(state, *objects);
     const std::vector<CatalogObject> catalog = checkCatalog(state, *objects);
     std::set<PageNo> seen{kObjectsPage};
+    std::map<PageNo, TableDefinition> definitions;
     for (const CatalogObject &object : catalog) {
         const auto page = static_cast<PageNo>(object.id);
         if (object.type != kTableObject || !seen.insert(page).second)
@@ -55,7 +56,9 @@ void checkTables(CheckState &state)
         checkTable(state, *table);
         if (object.id == kAcesPage)
             checkRights(state, *table, catalog);
+        definitions.emplace(page, std::move(table->definition));
     }
+    checkReferences(state, definitions);
 }
 
 } // namespace

@@ -289,7 +289,69 @@ void checkIndex(CheckState &state, const CheckedTable &table, const PhysicalInde
         keys.checkRows(std::move(tree.entries()));
 }
 
+// ---- Relationships
+
+class ReferenceCheck
+{
+public:
+    ReferenceCheck(CheckState &state, const TableDefinition &table, const LogicalIndex &index)
+        : m_state(state), m_table(table), m_index(index),
+          m_title(toUtf8(table.name) + ", index " + toUtf8(index.name))
+    {}
+
+    void check(const std::map<PageNo, TableDefinition> &tables)
+    {
+        const auto other = tables.find(m_index.otherTable);
+        if (other == tables.end())
+            return wrong("belongs to a relationship with a table that isn't there");
+        const LogicalIndex *back = other->second.counterpartOf(m_index, m_table.page());
+        if (!back)
+            return wrong("belongs to a relationship that " + toUtf8(other->second.name) + " doesn't know");
+        if (m_index.side == LogicalIndex::Side::Referring)
+            checkKeys(other->second, *back);
+    }
+
+private:
+    void wrong(const std::string &what)
+    {
+        m_state.fault(Invariant::Definitions, m_table.page(), m_title, what);
+    }
+
+    void checkKeys(const TableDefinition &other, const LogicalIndex &theirs)
+    {
+        const PhysicalIndex &from = m_table.physical[m_index.physical];
+        const PhysicalIndex &to = other.physical[theirs.physical];
+        if (from.columns.size() != 1 || !haveEqualKeys(m_table, from, other, to))
+            return;
+        const IndexTree tree(m_state.pager, m_table.page(), from.root);
+        const IndexTree referred(m_state.pager, other.page(), to.root);
+        for (auto at = tree.begin(); !at.atEnd(); at.next()) {
+            if (at.key().size() > 1 && !referred.find(at.key())) // one byte: Null, which refers to nothing
+                m_state.fault(Invariant::Keys, at.row().page, m_title,
+                              "row " + std::to_string(at.row().row) + " refers to a row of " +
+                                  toUtf8(other.name) + " that isn't there");
+        }
+    }
+
+    CheckState &m_state;
+    const TableDefinition &m_table;
+    const LogicalIndex &m_index;
+    std::string m_title;
+};
+
 } // namespace
+
+void checkReferences(CheckState &state, const std::map<PageNo, TableDefinition> &tables)
+{
+    for (const auto &entry : tables) {
+        const TableDefinition &table = entry.second;
+        for (const LogicalIndex &index : table.logical) {
+            if (index.side != LogicalIndex::Side::None)
+                state.guard(Invariant::Keys, toUtf8(table.name),
+                            [&] { ReferenceCheck(state, table, index).check(tables); });
+        }
+    }
+}
 
 void checkIndexes(CheckState &state, const CheckedTable &table)
 {

@@ -106,5 +106,7 @@ Cell checkedCell(CheckState &state, const CheckedTable &table, const RowLocation
 // ---- CheckIndexes.cpp
 
 void checkIndexes(CheckState &state, const CheckedTable &table);
+// Relationships: both tables know each other, and every key that refers to another table is there. By page.
+void checkReferences(CheckState &state, const std::map<PageNo, TableDefinition> &tables);
 
 } // namespace vardelin::jet

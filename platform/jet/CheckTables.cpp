@@ -242,8 +242,16 @@ void checkProperties(CheckState &state, const CheckedTable &objects, const Catal
             std::lower_bound(objects.rows.begin(), objects.rows.end(), object.row,
                              [](const RowLocation &at, RowId sought) { return at.first < sought; });
         const auto blob = NamedValues(state, objects, *row).get<Bytes>(u"LvProp");
-        if (blob)
-            applyProperties(*blob, {state.pager, object.row.page}, table.definition.columns);
+        if (!blob || blob->empty())
+            return;
+        const auto odd = [&](std::string what) {
+            state.add(Severity::Oddity, Invariant::Properties, object.row.page, table.title, std::move(what));
+        };
+        if (!isPropertyBlob(*blob))
+            odd("the properties are of an unknown kind");
+        for (const std::u16string &column :
+             applyProperties(*blob, {state.pager, object.row.page}, table.definition.columns))
+            odd("properties are given to " + toUtf8(column) + ", a column that isn't there");
     });
 }
 

@@ -101,6 +101,11 @@ LogicalIndex readLogical(Reader &reader, TableDefinition &table)
     index.physical = load<std::uint32_t>(raw + 8);
     index.primary = load<std::uint8_t>(raw + 23) == 1;
     index.foreign = load<std::uint8_t>(raw + 23) == 2;
+    if (const auto side = load<std::uint8_t>(raw + 12); side == 1 || side == 2) {
+        index.side = static_cast<LogicalIndex::Side>(side);
+        index.otherIndex = load<std::uint32_t>(raw + 13);
+        index.otherTable = load<PageNo>(raw + 17);
+    }
     if (index.physical >= table.physical.size())
         reader.place().damaged("an index without a tree");
     if (index.primary) {
@@ -203,6 +208,26 @@ const LongValueMaps &TableDefinition::longValueMaps(std::uint16_t column) const
     const auto found = std::find_if(longValues.begin(), longValues.end(),
                                     [&](const LongValueMaps &m) { return m.column == column; });
     return found == longValues.end() ? none : *found;
+}
+
+const LogicalIndex *TableDefinition::counterpartOf(const LogicalIndex &index, PageNo table) const
+{
+    const auto found = std::find_if(logical.begin(), logical.end(), [&](const LogicalIndex &own) {
+        return own.number == index.otherIndex && own.otherTable == table && own.otherIndex == index.number &&
+               own.side != index.side && own.side != LogicalIndex::Side::None;
+    });
+    return found == logical.end() ? nullptr : &*found;
+}
+
+bool haveEqualKeys(const TableDefinition &left, const PhysicalIndex &leftIndex, const TableDefinition &right,
+                   const PhysicalIndex &rightIndex)
+{
+    return std::equal(leftIndex.columns.begin(), leftIndex.columns.end(), rightIndex.columns.begin(),
+                      rightIndex.columns.end(), [&](const IndexColumn &a, const IndexColumn &b) {
+                          const Column *from = left.byNumber(a.column), *to = right.byNumber(b.column);
+                          return from->type == to->type && from->scale == to->scale &&
+                                 a.descending == b.descending;
+                      });
 }
 
 std::optional<std::size_t> TableDefinition::autoNumberColumn() const

@@ -94,7 +94,13 @@ struct TableDefinition
     std::optional<std::size_t> placeOf(std::uint16_t number) const; // in columns
     const LongValueMaps &longValueMaps(std::uint16_t column) const; // maps at page 0 where the file has none
     std::optional<std::size_t> autoNumberColumn() const;
+    // The index at this end of a relationship whose other end is `index` of the table on page `table`.
+    const LogicalIndex *counterpartOf(const LogicalIndex &index, PageNo table) const;
 };
+
+// Whether a key of the one index, as it lies in the tree, can be looked for in the other.
+bool haveEqualKeys(const TableDefinition &left, const PhysicalIndex &leftIndex, const TableDefinition &right,
+                   const PhysicalIndex &rightIndex);
 
 // The byte string of a definition and its pages.
 struct DefinitionBytes

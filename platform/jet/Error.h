@@ -42,7 +42,9 @@ enum class Code : int {
     TooManyIndexes = 3626,
     UnknownTextOrder = 3613, // a write to a table with an index in an order that this engine can't make
     AutoNumberReadOnly = 3164,
-    NumberOverflow = 3349, // the auto-numbers are used up
+    RelatedRecords = 3200,        // %1: the table that refers to the row
+    RelatedRecordRequired = 3201, // %1: the table that lacks it
+    NumberOverflow = 3349,        // the auto-numbers are used up
     DecimalTruncated = 3758,
     DecimalTooLarge = 3759,
 };

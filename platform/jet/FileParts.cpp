@@ -90,6 +90,12 @@ Table &FileParts::userTable(const CatalogEntry &entry)
     return *table;
 }
 
+const TableDefinition *FileParts::definitionOf(PageNo page)
+{
+    const CatalogEntry *entry = m_catalog.find(page);
+    return entry ? &userTable(*entry).current() : nullptr;
+}
+
 Bytes FileParts::propertiesAt(RowId catalogRow)
 {
     Table &objects = m_catalog.objects();

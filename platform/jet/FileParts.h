@@ -41,6 +41,7 @@ public:
 
     Table &baseTable(PageNo page, std::u16string_view name);
     Table &userTable(const CatalogEntry &entry);
+    const TableDefinition *definitionOf(PageNo page); // of a user table, up to date; null: there is none
     // Brings the definition up to date; TableNotFound if the table has gone.
     void refresh(TableDefinition &definition);
 

@@ -19,7 +19,9 @@ void applyValue(Column &column, std::u16string_view name, std::span<const std::b
         column.allowZeroLength = on;
 }
 
-void applyColumn(Reader chunk, const std::vector<std::u16string> &names, std::vector<Column> &columns)
+// The name of a column that isn't there; empty as a rule.
+std::u16string applyColumn(Reader chunk, const std::vector<std::u16string> &names,
+                           std::vector<Column> &columns)
 {
     const auto headLength = chunk.number<std::uint32_t>();
     if (headLength < 6)
@@ -39,6 +41,7 @@ void applyColumn(Reader chunk, const std::vector<std::u16string> &names, std::ve
         if (name < names.size())
             applyValue(*column, names[name], data);
     }
+    return column == columns.end() ? owner : std::u16string();
 }
 
 void putChunk(Writer &out, std::uint16_t kind, Writer body)
@@ -61,10 +64,17 @@ void putFlag(Writer &out, std::uint16_t name, bool on)
 
 } // namespace
 
-void applyProperties(std::span<const std::byte> blob, Place place, std::vector<Column> &columns)
+bool isPropertyBlob(std::span<const std::byte> blob)
 {
-    if (blob.size() < kMagic.size() || !std::equal(kMagic.begin(), kMagic.end(), blob.begin()))
-        return;
+    return blob.size() >= kMagic.size() && std::equal(kMagic.begin(), kMagic.end(), blob.begin());
+}
+
+std::vector<std::u16string> applyProperties(std::span<const std::byte> blob, Place place,
+                                            std::vector<Column> &columns)
+{
+    std::vector<std::u16string> unknown;
+    if (!isPropertyBlob(blob))
+        return unknown;
     Reader reader(blob.subspan(kMagic.size()), place, "the properties");
     std::vector<std::u16string> names;
     while (reader.left() > 0) {
@@ -77,9 +87,11 @@ void applyProperties(std::span<const std::byte> blob, Place place, std::vector<C
             while (chunk.left() > 0)
                 names.push_back(chunk.name());
         } else if (kind == kColumnChunk) {
-            applyColumn(chunk, names, columns);
+            if (std::u16string owner = applyColumn(chunk, names, columns); !owner.empty())
+                unknown.push_back(std::move(owner));
         }
     }
+    return unknown;
 }
 
 Bytes propertiesOf(std::span<const Column> columns)

@@ -18,9 +18,11 @@
 
 namespace vardelin::jet {
 
-// Sets `required` and `allowZeroLength` of the columns that the blob names. A blob of another kind changes
-// nothing.
-void applyProperties(std::span<const std::byte> blob, Place place, std::vector<Column> &columns);
+// Sets `required` and `allowZeroLength` of the columns that the blob names; tells the names of those that
+// aren't there. A blob of another kind changes nothing.
+bool isPropertyBlob(std::span<const std::byte> blob);
+std::vector<std::u16string> applyProperties(std::span<const std::byte> blob, Place place,
+                                            std::vector<Column> &columns);
 
 // The blob of a new table, columns in order.
 Bytes propertiesOf(std::span<const Column> columns);

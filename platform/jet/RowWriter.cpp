@@ -37,6 +37,7 @@ RowId RowWriter::insert(std::span<const ColumnValue> values, std::int32_t &lastG
     plan.check();
     const auto keys = keyChanges(&plan, nullptr);
     checkUnique(keys);
+    checkRelationships(keys);
     plan.encode();
 
     writeOutside(plan);
@@ -60,6 +61,7 @@ void RowWriter::update(RowId id, std::span<const ColumnValue> values)
     plan.check();
     const auto keys = keyChanges(&plan, &old);
     checkUnique(keys);
+    checkRelationships(keys);
     plan.encode();
 
     for (const std::size_t column : plan.replaced())
@@ -75,7 +77,9 @@ void RowWriter::erase(RowId id)
     const auto lying = RowReader::bytes(m_pager, m_definition.page(), location);
     const Bytes oldBytes(lying.begin(), lying.end());
     const RowView old = RowReader::view(m_table, id, oldBytes);
-    changeKeys(keyChanges(nullptr, &old), id);
+    const auto keys = keyChanges(nullptr, &old);
+    checkRelationships(keys);
+    changeKeys(keys, id);
     for (std::size_t i = 0; i < m_definition.columns.size(); ++i) {
         if (isLongValue(m_definition.columns[i].type))
             releaseLongValue(i, oldBytes, id);
@@ -108,11 +112,11 @@ std::optional<RowWriter::Key> RowWriter::keyOf(const PhysicalIndex &index, bool 
         if (isNew && index.required && isNull(cells.back()))
             throw Error(Code::NullInKey);
     }
-    const bool allNull =
-        std::all_of(cells.begin(), cells.end(), [](const Cell &cell) { return isNull(cell); });
-    if (allNull && index.ignoreNulls)
+    const auto nulls = static_cast<std::size_t>(
+        std::count_if(cells.begin(), cells.end(), [](const Cell &cell) { return isNull(cell); }));
+    if (nulls == cells.size() && index.ignoreNulls)
         return std::nullopt;
-    return Key{indexKey(index, types, cells), allNull};
+    return Key{indexKey(index, types, cells), nulls == cells.size(), nulls > 0};
 }
 
 bool RowWriter::concerns(const PhysicalIndex &index, const RowPlan &plan) const
@@ -149,6 +153,44 @@ void RowWriter::checkUnique(const std::vector<KeyChange> &changes) const
         if (tree.find(change.after->bytes))
             throw Error(Code::DuplicateKey);
     }
+}
+
+void RowWriter::checkRelationships(const std::vector<KeyChange> &changes) const
+{
+    for (const LogicalIndex &index : m_definition.logical) {
+        for (const KeyChange &change : changes) {
+            if (index.side != LogicalIndex::Side::None && index.physical == change.index->number)
+                checkRelationship(index, change, changes);
+        }
+    }
+}
+
+// The keys of both sides are compared as they lie; what can't be found in the other table is the checker's to
+// tell.
+void RowWriter::checkRelationship(const LogicalIndex &index, const KeyChange &change,
+                                  const std::vector<KeyChange> &all) const
+{
+    const TableDefinition *other = m_parts.definitionOf(index.otherTable);
+    const LogicalIndex *theirs = other ? other->counterpartOf(index, m_definition.page()) : nullptr;
+    if (!theirs || !haveEqualKeys(m_definition, *change.index, *other, other->physical[theirs->physical]))
+        return;
+    const PhysicalIndex &tree = other->physical[theirs->physical];
+    const auto has = [&](const std::string &key) {
+        return IndexTree(m_pager, other->page(), tree.root).find(key).has_value();
+    };
+    if (index.side == LogicalIndex::Side::ReferredTo) {
+        if (change.before && !change.before->allNull && has(change.before->bytes))
+            throw Error(Code::RelatedRecords, toUtf8(other->name));
+        return;
+    }
+    const bool refers = change.after && !change.after->anyNull;
+    const bool toItself =
+        refers && other->page() == m_definition.page() &&
+        std::any_of(all.begin(), all.end(), [&](const KeyChange &own) {
+            return own.index->number == tree.number && own.after && own.after->bytes == change.after->bytes;
+        });
+    if (refers && !toItself && !has(change.after->bytes))
+        throw Error(Code::RelatedRecordRequired, toUtf8(other->name));
 }
 
 void RowWriter::changeKeys(const std::vector<KeyChange> &changes, RowId row)

@@ -2,15 +2,17 @@
 // Adding, changing and deleting rows of a table, its indexes, long values, maps and counts with them.
 //
 // Invariants:
-//   1. Everything that can be refused (types, lengths, Null, zero length, uniqueness, size) is checked before
-//   the first change.
+//   1. Everything that can be refused (types, lengths, Null, zero length, uniqueness, relationships, size) is
+//   checked before the first change.
 //   2. A row is added behind all others: on the last page of the table or on a new one above it. Table order
 //   is order of adding.
 //   3. A row is known everywhere by its first place. A moved row has the flag 0x8000, and its first place
 //   points to it, never to
 //      another forward.
 //   4. The free-space map lists a page of the table exactly if 128 bytes or more are free on it.
-//   5. A page left without a live row, forward or moved row is freed.
+//   5. Where the file has a relationship, a row refers to one that is there, and one that is referred to
+//   stays as it is. What the original engine would pass on (cascades) is refused.
+//   6. A page left without a live row, forward or moved row is freed.
 
 #include "platform/jet/FileParts.h"
 #include "platform/jet/IndexTree.h"
@@ -50,7 +52,7 @@ private:
     struct Key
     {
         std::string bytes;
-        bool allNull = false;
+        bool allNull = false, anyNull = false;
     };
     struct KeyChange
     {
@@ -64,6 +66,9 @@ private:
     std::vector<KeyChange> keyChanges(const RowPlan *plan, const RowView *old) const;
     bool concerns(const PhysicalIndex &index, const RowPlan &plan) const;
     void checkUnique(const std::vector<KeyChange> &changes) const;
+    void checkRelationships(const std::vector<KeyChange> &changes) const;
+    void checkRelationship(const LogicalIndex &index, const KeyChange &change,
+                           const std::vector<KeyChange> &all) const;
     void changeKeys(const std::vector<KeyChange> &changes, RowId row);
 
     void writeOutside(RowPlan &plan);

@@ -134,6 +134,10 @@ struct LogicalIndex
     std::uint32_t physical = 0; // place of the physical index
     bool primary = false;
     bool foreign = false;
+    // Of a relationship, whose two tables have such an index each: which this is, and the other one.
+    enum class Side : std::uint8_t { None = 0, ReferredTo = 1, Referring = 2 } side = Side::None;
+    PageNo otherTable = 0;        // definition page
+    std::uint32_t otherIndex = 0; // its number
 };
 
 } // namespace vardelin::jet

@@ -163,6 +163,30 @@ TEST(Check, SamplesOfOtherProgramsAreSound)
     EXPECT_FALSE(leaked.clean()) << "693 of its pages belong to nothing";
 }
 
+// A sample whose relationships are as they should be; then one table loses its definition's page, or its
+// rows' keys.
+TEST(Check, FindsRelationshipsThatLeadNowhere)
+{
+    if (!judge::present("relationships of a sample"))
+        return;
+    const Bytes sound = readFile(judge::kFolder / "samples" / "indexTestV2000.mdb");
+    constexpr PageNo kReferring = 24, kReferredTo = 27;  // definition pages
+    const auto place = [&](PageNo table, PageNo other) { // where the one names the other
+        const std::byte pattern[] = {static_cast<std::byte>(other), {}, {}, {}};
+        const auto page = sound.begin() + table * std::ptrdiff_t{kPageSize};
+        auto at = std::search(page, page + kPageSize, std::begin(pattern), std::end(pattern));
+        while (*(at - 5) == std::byte{0}) // the side, ahead of the index number
+            at = std::search(at + 1, page + kPageSize, std::begin(pattern), std::end(pattern));
+        return at - sound.begin();
+    };
+    Bytes elsewhere = sound;
+    elsewhere[static_cast<std::size_t>(place(kReferring, kReferredTo))] = std::byte{99};
+    EXPECT_TRUE(breaks(check(elsewhere), Invariant::Definitions));
+    Bytes unknown = sound;
+    unknown[static_cast<std::size_t>(place(kReferredTo, kReferring)) - 5] = std::byte{0};
+    EXPECT_TRUE(breaks(check(unknown), Invariant::Definitions));
+}
+
 TEST(Check, RefusesWhatIsNoSuchFile)
 {
     MemoryDisk disk;
