@@ -188,6 +188,7 @@ private:
     std::map<RowId, RowId> m_moved; // only where old keys are needed
     Checksums m_before;
     std::int32_t m_highest = 0;
+    std::size_t m_outside = 0; // bytes of long values so far
     std::deque<Bytes> m_store; // of the row in hand
 };
 
@@ -289,6 +290,9 @@ StoredField TableCopy::longValue(std::size_t column, StoredField field, RowPlace
     m_before.add(column, true, data);
     if (isInline(field.bytes))
         return field;
+    m_outside += data.size();
+    if (m_outside > std::size_t{m_source.pager().pageCount()} * kPageSize)
+        place.damaged("shares its long values with other rows"); // or the copy would grow without measure
     m_store.push_back(data.empty() ? inlineLongValue({}) : m_longValues.at(column).write(data));
     return {true, m_store.back()};
 }

@@ -197,6 +197,7 @@ public:
     SalvagedTable copy(const FoundTable &found)
     {
         m_result = {};
+        m_longBytes = 0;
         m_aside = nullptr;
         m_plan = planOf(found.definition);
         m_plan.name = m_result.name = usableName(found.name, m_names);
@@ -268,6 +269,7 @@ private:
             const Column &column = definition.columns[i];
             const bool read = readable([&] {
                 Cell cell = RowReader::cell(m_source.pager(), definition, column, row.bytes, row.place);
+                countLong(column, cell);
                 if (!isNull(cell))
                     values.emplace_back(i, std::move(cell));
             });
@@ -292,11 +294,26 @@ private:
         m_result.cutValues += cut;
     }
 
+    // In a sound file no two values share their pieces. Here they may, and the copy would grow without
+    // measure.
+    void countLong(const Column &column, const Cell &cell)
+    {
+        if (!isLongValue(column.type))
+            return;
+        const auto *text = std::get_if<std::u16string>(&cell);
+        const auto *bytes = std::get_if<Bytes>(&cell);
+        m_longBytes += text ? text->size() : bytes ? bytes->size() : 0;
+        if (m_longBytes > std::size_t{m_source.pager().pageCount()} * kPageSize)
+            m_source.pager().damaged("long values that share their pieces");
+    }
+
     // Null: nothing of it can be read.
     Cell startOf(const TableDefinition &definition, const Column &column, const FoundRow &row)
     {
         const RowPlace place{m_source.pager(), row.place};
         const StoredField field = readField(definition, column, row.bytes, place);
+        if (m_longBytes > std::size_t{m_source.pager().pageCount()} * kPageSize)
+            return {};
         Bytes start = field.present ? readableStart(m_source.pager(), field.bytes, place) : Bytes();
         if (start.empty() || column.type != ColumnType::Memo)
             return start.empty() ? Cell() : Cell(std::move(start));
@@ -357,6 +374,7 @@ private:
     std::set<std::string> m_names;
     NewTable m_plan;
     SalvagedTable m_result;
+    std::size_t m_longBytes = 0; // of the table's long values so far; texts by their characters
     Table *m_aside = nullptr;
 };
 
