@@ -14,6 +14,7 @@
 #include <QComboBox>
 #include <QElapsedTimer>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QTextEdit>
@@ -65,6 +66,7 @@ private:
     // Opens a window, modal or not, takes its picture and closes it.
     void takeWindow(const std::function<void()> &open, const QString &form, const QString &name, QSize size,
                     const std::function<void(QWidget *)> &prepare = {});
+    static void answer(QWidget &asking);
     static void settle() { QTest::qWait(150); }
     static QWidget *visibleWindow(const QString &name)
     {
@@ -130,6 +132,22 @@ void Pictures::addRows()
     for (const QString &last : {u"Weaver"_s, u"Okafor"_s})
         m_office.add(u"Employees"_s,
                      {{u"Employee Last Name"_s, last}, {u"Employee First Name"_s, u"Anna"_s}});
+    m_office.add(u"Invoices"_s,
+                 {{u"Invoice Header"_s,
+                   u"Weaver & Okafor\r\nAttorneys at Law\r\n2 Court Square, Fairhaven, NY 10451"_s}});
+    const struct
+    {
+        QString priority, last, first, what;
+    } items[] = {{u"1"_s, u"Hollister"_s, u"Margaret"_s, u"Answer to the landlord's counsel"_s},
+                 {u"3"_s, u"Abernathy"_s, u"Peter"_s, u"Read the answer of 9 October"_s},
+                 {u"4"_s, u"Jelinek"_s, u"Tomas"_s, u"Send the fee agreement"_s}};
+    for (const auto &item : items)
+        m_office.add(u"Things To Do"_s, {{u"TTD Priority"_s, item.priority},
+                                         {u"TTD Client Last Name"_s, item.last},
+                                         {u"TTD Client First Name"_s, item.first},
+                                         {u"ThingToDo"_s, item.what},
+                                         {u"Thing To Do Start Date"_s, DateSerial{46309}},
+                                         {u"Thing To Do Deadline"_s, DateSerial{46316}}});
     m_office.add(u"Projects"_s, {{u"Projects"_s, u"Lease, 14 Linden Row"_s}});
 }
 
@@ -159,6 +177,29 @@ void Pictures::takeForms()
     Openers &openers = m_office.global.openers;
     takeWindow(openers.frmIntroduction, u"frmIntroduction"_s, u"introduction"_s, {});
     takeWindow(openers.frmClient, u"frmClient"_s, u"list"_s, {520, 420});
+    takeWindow(openers.frmLetterhead, u"frmLetterhead"_s, u"letterhead"_s, {560, 300});
+    takeWindow(openers.frmToDo, u"frmToDo"_s, u"todo"_s, {820, 360});
+    takeWindow(openers.frmPaymentsDisbursements, u"frmPaymentsDisbursements"_s, u"ledger"_s, {760, 480});
+    takeWindow(openers.frmActiveClients, u"frmActiveClients"_s, u"clients"_s, {820, 560});
+    takeWindow(openers.frmInactiveClients, u"frmInactiveClients"_s, u"inactive"_s, {760, 460});
+    takeWindow([&] { openers.frmSearch(u"Hollister, Margaret"_s); }, u"frmSearch"_s, u"search"_s, {});
+    QWidget *display = m_office.global.DisplayWindows.front();
+    takeWindow([&] { choose(display, u"mnuReport"_s); }, u"DataReport1"_s, u"report"_s, {820, 620});
+    takeWindow(openers.mnuCreateInvoice, u"DataReport3"_s, u"invoice"_s, {820, 680});
+}
+
+// What a command asks ahead of the window that is wanted.
+void Pictures::answer(QWidget &asking)
+{
+    if (asking.objectName() == u"frmSearchList"_s) {
+        auto *list = asking.findChild<QListWidget *>();
+        const auto found = list->findItems(u"Hollister, Margaret"_s, Qt::MatchExactly);
+        if (!found.isEmpty())
+            QTest::mouseClick(list->viewport(), Qt::LeftButton, {},
+                              list->visualItemRect(found.first()).center());
+    } else if (asking.objectName() == u"frmSearchDatePicker"_s) {
+        choose(&asking, u"mnuContinue"_s);
+    }
 }
 
 void Pictures::takeWindow(const std::function<void()> &open, const QString &form, const QString &name,
@@ -170,6 +211,8 @@ void Pictures::takeWindow(const std::function<void()> &open, const QString &form
     since.start();
     QObject::connect(&watch, &QTimer::timeout, [&] {
         QWidget *window = visibleWindow(form);
+        if (QWidget *asking = QApplication::activeModalWidget(); !window && asking)
+            answer(*asking);
         if (!window && since.elapsed() < kWait)
             return;
         watch.stop();
