@@ -132,6 +132,12 @@ void Pictures::addRows()
     for (const QString &last : {u"Weaver"_s, u"Okafor"_s})
         m_office.add(u"Employees"_s,
                      {{u"Employee Last Name"_s, last}, {u"Employee First Name"_s, u"Anna"_s}});
+    m_office.add(u"Disbursements"_s, {{u"Disbursement Client Last Name"_s, u"Hollister"_s},
+                                      {u"Disbursement Client First Name"_s, u"Margaret"_s},
+                                      {u"Disbursement Payee"_s, u"County Clerk"_s},
+                                      {u"Disbursement Description"_s, u"Filing fee"_s},
+                                      {u"Disbursement Amount"_s, u"210"_s},
+                                      {u"Disbursement Date"_s, DateSerial{46310}}});
     m_office.add(u"Invoices"_s,
                  {{u"Invoice Header"_s,
                    u"Weaver & Okafor\r\nAttorneys at Law\r\n2 Court Square, Fairhaven, NY 10451"_s}});
@@ -182,8 +188,8 @@ void Pictures::takeForms()
     takeWindow(openers.frmPaymentsDisbursements, u"frmPaymentsDisbursements"_s, u"ledger"_s, {760, 480});
     takeWindow(openers.frmActiveClients, u"frmActiveClients"_s, u"clients"_s, {820, 560});
     takeWindow(openers.frmInactiveClients, u"frmInactiveClients"_s, u"inactive"_s, {760, 460});
-    takeWindow([&] { openers.frmSearch(u"Hollister, Margaret"_s); }, u"frmSearch"_s, u"search"_s, {});
     QWidget *display = m_office.global.DisplayWindows.front();
+    takeWindow([&] { choose(display, u"mnuSearch"_s); }, u"frmSearch"_s, u"search"_s, {});
     takeWindow([&] { choose(display, u"mnuReport"_s); }, u"DataReport1"_s, u"report"_s, {820, 620});
     takeWindow(openers.mnuCreateInvoice, u"DataReport3"_s, u"invoice"_s, {820, 680});
 }
