@@ -219,18 +219,24 @@ TEST_F(DisplayWindowTest, CommandsHandOverTheWindowsOwnFile)
         global.DisplayWindowActive = false;
         global.CurrentDisplayTag = u"9"_s;
     };
-    QStringList asked;
-    global.openers.notYet = [&](QStringView what) { asked += what.toString(); };
-    for (const char16_t *menu :
-         {u"mnuSaveFileAs", u"mnuOpenFile", u"mnuNewFile", u"mnuCompactData", u"mnuImportVardelins",
-          u"mnuExportVardelins", u"mnuImportDatabase", u"mnuExportActiveClients", u"mnuActiveClients"}) {
+    const auto expectOwn = [&](const QString &menu) {
         elsewhere();
-        choose(window.get(), QString::fromUtf16(menu));
+        choose(window.get(), menu);
         EXPECT_EQ(global.DatabaseFileName, own);
         EXPECT_EQ(global.CurrentDisplayTag, window->Tag);
         EXPECT_TRUE(global.DisplayWindowActive && !global.EntryWindowActive);
-    }
-    EXPECT_EQ(asked.size(), 9);
+    };
+    int asked = 0;
+    global.openers.frmActiveClients = [&] { ++asked; };
+    expectOwn(u"mnuActiveClients"_s);
+    EXPECT_EQ(asked, 1);
+    dialogs.expectCancel();
+    dialogs.expect(u"Compact Vardelin File function aborted by user."_s);
+    expectOwn(u"mnuCompactData"_s);
+    EXPECT_EQ(dialogs.lastChoice.FileName, own);
+    dialogs.expectCancel();
+    dialogs.expectBeginning(u"Could not open new file."_s);
+    expectOwn(u"mnuNewFile"_s);
     elsewhere();
     window->Form_Activate();
     EXPECT_EQ(global.CurrentDisplayTag, window->Tag);
