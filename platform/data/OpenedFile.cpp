@@ -61,12 +61,18 @@ jet::File &OpenedFile::file()
 {
     if (!m_file)
         fail(Number::ObjectClosed);
-    if (m_together == 0 && present() != m_identity)
+    if (m_together == 0 && m_scopes.empty())
+        checkPlace();
+    return *m_file;
+}
+
+void OpenedFile::checkPlace() const
+{
+    if (present() != m_identity)
         throw RunTimeError(
             Number::FileReplaced,
             u"The file '%1' was removed or replaced while it was open. To continue, close it and open it again."_s
                 .arg(m_path));
-    return *m_file;
 }
 
 void OpenedFile::close()
@@ -85,7 +91,7 @@ void OpenedFile::commit()
 {
     if (m_scopes.empty())
         fail(Number::NoTransaction);
-    file(); // gone from under us: told, and the transaction stays open for a rollback
+    checkPlace(); // gone from under us: told, and the transaction stays open for a rollback
     const auto scope = std::move(m_scopes.back());
     m_scopes.pop_back();
     engineCall([&] { scope->commit(); });

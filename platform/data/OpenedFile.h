@@ -45,6 +45,7 @@ public:
 
     // The file, for one call. ObjectClosed after close(); FileReplaced if the path has come to stand for
     // another file or for none: what is read here would be old by then, and what is written would be lost.
+    // Inside a transaction its beginning and its end ask that for all of it.
     jet::File &file();
     // Once more for objects that only want to know.
     bool isOpen() const { return m_file != nullptr; }
@@ -83,6 +84,7 @@ private:
     };
     OpenedFile(const QString &path, std::unique_ptr<jet::File> file);
     std::optional<Identity> present() const;
+    void checkPlace() const;
 
     QString m_path;
     std::unique_ptr<jet::File> m_file;

@@ -38,12 +38,12 @@ const std::byte *BasePages::page(PageNo number)
     return page->data();
 }
 
-const std::byte *BasePages::passing(PageNo number, std::byte *room)
+bool BasePages::passing(PageNo first, std::span<std::byte> room)
 {
     if (m_map.empty())
-        return page(number);
-    m_file.read(std::uint64_t{number} * kPageSize, {room, kPageSize});
-    return room;
+        return false;
+    m_file.read(std::uint64_t{first} * kPageSize, room);
+    return true;
 }
 
 void BasePages::written(PageNo number, const std::byte *bytes)

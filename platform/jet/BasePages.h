@@ -19,7 +19,7 @@ public:
     // last one. Pages got earlier are no longer valid.
     void refresh(PageNo pageCount, bool changed);
     const std::byte *page(PageNo number); // below the page count; valid until the next refresh(). IoError
-    const std::byte *passing(PageNo number, std::byte *room); // Pager::passing()
+    bool passing(PageNo first, std::span<std::byte> room); // whole pages; false: page() is the better way
     // A commit has written this page; what page() gave shows it.
     void written(PageNo number, const std::byte *bytes);
     void grow(PageNo pageCount); // after a commit; pages got earlier stay valid

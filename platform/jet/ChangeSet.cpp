@@ -6,8 +6,9 @@
 namespace vardelin::jet {
 
 namespace {
-constexpr std::size_t kSpareCopies = 256; // kept from one command to the next
-}
+constexpr std::size_t kSlab = 16;       // copies that are allocated together
+constexpr std::size_t kSpareSlabs = 16; // kept from one command to the next
+} // namespace
 
 void ChangeSet::begin(PageNo pageCount)
 {
@@ -17,8 +18,9 @@ void ChangeSet::begin(PageNo pageCount)
 ChangeSet::Copy *ChangeSet::take()
 {
     if (m_free.empty()) {
-        m_copies.push_back(std::make_unique<Copy>());
-        return m_copies.back().get();
+        m_slabs.push_back(std::make_unique_for_overwrite<Copy[]>(kSlab));
+        for (std::size_t i = kSlab; i-- > 0;)
+            give(&m_slabs.back()[i]);
     }
     Copy *copy = m_free.back();
     m_free.pop_back();
@@ -102,11 +104,18 @@ PageNo ChangeSet::dropAll()
     forgetPages();
     m_levels.clear();
     m_undo.clear();
-    m_copies.resize(std::min(m_copies.size(), kSpareCopies));
-    m_free.clear();
-    for (const auto &copy : m_copies)
-        m_free.push_back(copy.get());
+    m_slabs.resize(std::min(m_slabs.size(), kSpareSlabs));
+    freeAll();
     return pageCount;
+}
+
+void ChangeSet::freeAll()
+{
+    m_free.clear();
+    for (const auto &slab : m_slabs) {
+        for (std::size_t i = 0; i < kSlab; ++i)
+            give(&slab[i]);
+    }
 }
 
 void ChangeSet::forgetPages()
@@ -115,9 +124,7 @@ void ChangeSet::forgetPages()
         place(page) = nullptr;
     m_touched.clear();
     m_live = 0;
-    m_free.clear();
-    for (const auto &copy : m_copies)
-        m_free.push_back(copy.get());
+    freeAll();
 }
 
 std::vector<PageNo> ChangeSet::pages() const

@@ -45,8 +45,8 @@ public:
 private:
     struct Copy
     {
-        PageNo page = 0;
-        std::size_t level = 0; // the innermost level that knows how to undo it
+        PageNo page;
+        std::size_t level; // the innermost level that knows how to undo it
         alignas(64) std::byte bytes[kPageSize];
     };
 
@@ -69,6 +69,7 @@ private:
     Copy *&place(PageNo page);
     Copy *take();
     void give(Copy *copy) { m_free.push_back(copy); }
+    void freeAll();
 
     std::vector<Level> m_levels;
     std::vector<Undo> m_undo;
@@ -76,7 +77,7 @@ private:
     std::vector<PageNo>
         m_touched; // every page that got a copy since the outermost section began; some twice, some undone
     std::size_t m_live = 0;
-    std::vector<std::unique_ptr<Copy>> m_copies; // all of them, used or free
+    std::vector<std::unique_ptr<Copy[]>> m_slabs; // all copies, used or free; kSlab in each
     std::vector<Copy *> m_free;
 };
 

@@ -182,6 +182,7 @@ private:
     const Table &m_table;
     const TableDefinition &m_from, &m_to; // equal in the order of columns and indexes
     const std::map<PageNo, PageNo> &m_pages;
+    Passage m_passage; // through the source
     RowFiller m_filler;
     std::map<std::size_t, LongValuePages> m_longValues; // by column
     std::vector<Entries> m_entries;
@@ -195,8 +196,8 @@ private:
 TableCopy::TableCopy(FileParts &source, FileParts &target, const Table &table, const TableDefinition &from,
                      const TableDefinition &to, const std::map<PageNo, PageNo> &pages)
     : m_source(source), m_target(target), m_table(table), m_from(from), m_to(to), m_pages(pages),
-      m_filler(target.pager(), target.allocation(), to), m_entries(from.physical.size()),
-      m_before(from.columns.size())
+      m_passage(source.pager()), m_filler(target.pager(), target.allocation(), to),
+      m_entries(from.physical.size()), m_before(from.columns.size())
 {
     for (std::size_t i = 0; i < to.columns.size(); ++i) {
         if (isLongValue(to.columns[i].type))
@@ -236,6 +237,7 @@ void TableCopy::copyRow(RowId id)
     const auto bytes = RowReader::bytes(m_source.pager(), m_from.page(), *location);
     std::vector<StoredField> fields;
     m_store.clear();
+    m_passage.step();
     for (std::size_t i = 0; i < m_from.columns.size(); ++i) {
         const Column &column = m_from.columns[i];
         StoredField field = translated(i, readField(m_from, column, bytes, place));
@@ -286,7 +288,7 @@ Cell TableCopy::keyCell(const RowView &row, std::size_t column) const
 StoredField TableCopy::longValue(std::size_t column, StoredField field, RowPlace place)
 {
     Bytes &gathered = m_store.emplace_back();
-    const auto data = readLongValue(m_source.pager(), field.bytes, place, gathered);
+    const auto data = readLongValue(m_source.pager(), field.bytes, place, gathered, &m_passage);
     m_before.add(column, true, data);
     if (isInline(field.bytes))
         return field;
@@ -352,6 +354,7 @@ void TableCopy::verify() const
     Checksums after(m_to.columns.size());
     const UsageMap owned(pager, m_to.owned);
     Bytes gathered;
+    Passage passage(pager);
     for (PageNo number = owned.next(0); number != kNoPage; number = owned.next(number + 1)) {
         const DataPage page(pager, number);
         page.requireOwner(m_to.page());
@@ -361,9 +364,11 @@ void TableCopy::verify() const
                 const StoredField field = readField(m_to, m_to.columns[i], page.row(slot), place);
                 const bool outside = field.present && isLongValue(m_to.columns[i].type);
                 after.add(i, field.present,
-                          outside ? readLongValue(pager, field.bytes, place, gathered) : field.bytes);
+                          outside ? readLongValue(pager, field.bytes, place, gathered, &passage)
+                                  : field.bytes);
             }
             after.endRow();
+            passage.step();
         }
     }
     if (after != m_before)

@@ -28,6 +28,7 @@ class Table;
 struct TableDefinition; // Definition.h
 struct StoredField;     // RowCodec.h
 class FileParts;        // File.cpp: pager, catalog, allocation
+class Passage;          // Passage.h
 
 // Room for one text after the other.
 class TextBuffer
@@ -64,7 +65,8 @@ public:
     Currency currency(std::size_t column) const;
     double number(std::size_t column) const;       // Single, Double, DateTime, and the whole numbers
     std::u16string text(std::size_t column) const; // Text, Memo
-    // The same, empty for Null; valid until the buffer is used again.
+    // The same, empty for Null; valid as the row is, and until the buffer is used again. A text that lies in
+    // the file as UTF-16 in one piece is not copied.
     std::u16string_view text(std::size_t column, TextBuffer &buffer) const;
     // A text as it lies in the file: compressed (one byte a character behind FF FE) or UTF-16LE. A long value
     // in one piece is not copied; a chained one is gathered into `store`.
@@ -78,6 +80,7 @@ private:
     const Table *m_table = nullptr;
     RowId m_id;
     std::span<const std::byte> m_bytes; // the row itself, wherever it was moved to
+    Passage *m_passage = nullptr;       // of the cursor that stands on it
 };
 
 // Rows in table order (page by page, slot by slot: the order of adding). Holds a read lock while it stands on

@@ -3,6 +3,7 @@
 #include "platform/jet/Error.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <optional>
 #include <random>
@@ -36,17 +37,47 @@ void put(std::byte *to, Number value)
     std::memcpy(to, &value, sizeof value);
 }
 
-// Mixes eight bytes at a time; `bytes` is a multiple of eight. Against tears and chance, not against malice.
+// A checksum that mixes eight bytes at a time. Against tears and chance, not against malice.
+class Sum
+{
+public:
+    Sum(std::uint64_t seed, std::size_t bytes) : m_sum((seed ^ bytes) * kOdd) {}
+    void add(const std::byte *eight)
+    {
+        m_sum = (m_sum ^ get<std::uint64_t>(eight)) * kOdd;
+        m_sum ^= m_sum >> 29;
+    }
+    std::uint64_t result() const
+    {
+        const std::uint64_t sum = m_sum * kOdd;
+        return sum ^ (sum >> 32);
+    }
+
+private:
+    static constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15; // 2^64 over the golden ratio
+    std::uint64_t m_sum;
+};
+
+// `bytes` is a multiple of eight.
 std::uint64_t checksum(std::uint64_t seed, const std::byte *from, std::size_t bytes)
 {
-    constexpr std::uint64_t kOdd = 0x9E3779B97F4A7C15; // 2^64 over the golden ratio
-    std::uint64_t sum = (seed ^ bytes) * kOdd;
-    for (std::size_t i = 0; i < bytes; i += 8) {
-        sum = (sum ^ get<std::uint64_t>(from + i)) * kOdd;
-        sum ^= sum >> 29;
+    Sum sum(seed, bytes);
+    for (std::size_t i = 0; i < bytes; i += 8)
+        sum.add(from + i);
+    return sum.result();
+}
+
+// The checksum of each of a page's sectors; side by side, since each step of one waits for the step before.
+void putSectorSums(std::byte *to, std::uint64_t salt, const std::byte *page)
+{
+    const Sum start(salt, kSector);
+    std::array<Sum, kSectors> sums{start, start, start, start, start, start, start, start};
+    for (std::size_t at = 0; at < kSector; at += 8) {
+        for (std::size_t i = 0; i < kSectors; ++i)
+            sums[i].add(page + i * kSector + at);
     }
-    sum *= kOdd;
-    return sum ^ (sum >> 32);
+    for (std::size_t i = 0; i < kSectors; ++i)
+        put(to + 8 * i, sums[i].result());
 }
 
 std::uint64_t randomSalt()
@@ -78,8 +109,7 @@ void appendRecord(Bytes &out, const PageChange &change, std::uint64_t salt)
     std::byte *record = &out[start];
     put(record, change.page);
     put(record + 4, std::uint32_t{change.before != nullptr});
-    for (std::size_t i = 0; i < kSectors; ++i)
-        put(record + 8 + 8 * i, checksum(salt, change.after + i * kSector, kSector));
+    putSectorSums(record + 8, salt, change.after);
     if (change.before != nullptr)
         std::memcpy(record + kImageAt, change.before, kPageSize);
     put(record + summed, checksum(salt, record, summed));

@@ -40,25 +40,34 @@ Bytes headerOf(std::uint32_t kind, std::size_t length, RowId first)
     return header;
 }
 
-std::span<const std::byte> piece(Pager &pager, RowId id)
+std::span<const std::byte> pieceOn(const DataPage &page, RowId id)
 {
-    const DataPage page(pager, id.page);
     page.requireOwner(kLongValueOwner);
     if (page.slot(id.row).flags != kLiveRow)
         page.place().damaged("row " + std::to_string(id.row) + " isn't a piece of a long value");
     return page.row(id.row);
 }
 
+std::span<const std::byte> piece(Pager &pager, RowId id)
+{
+    return pieceOn({pager, id.page}, id);
+}
+
+std::span<const std::byte> piece(Pager &pager, RowId id, Passage *passage, bool kept)
+{
+    return passage ? pieceOn({pager, id.page, passage->page(id.page, kept)}, id) : piece(pager, id);
+}
+
 // Calls visit(id, data) for each piece of a chain. Every piece must add to the length or end the chain, so a
 // circle ends too.
 template <class Visit>
-void walkChain(Pager &pager, const Header &header, RowPlace place, Visit visit)
+void walkChain(Pager &pager, const Header &header, RowPlace place, Visit visit, Passage *passage = nullptr)
 {
     if (header.length > std::size_t{pager.pageCount()} * kPageSize)
         place.damaged("has a long value larger than the file");
     std::size_t length = 0;
     for (RowId id = header.first; id.page != 0;) {
-        const auto raw = piece(pager, id);
+        const auto raw = piece(pager, id, passage, false);
         if (raw.size() < kPiecePointer)
             place.damaged("has a long value with a piece that is too short");
         const RowId next = loadRowId(raw.data());
@@ -75,21 +84,22 @@ void walkChain(Pager &pager, const Header &header, RowPlace place, Visit visit)
 } // namespace
 
 std::span<const std::byte> readLongValue(Pager &pager, std::span<const std::byte> raw, RowPlace place,
-                                         Bytes &store)
+                                         Bytes &store, Passage *passage)
 {
     const Header header = parse(raw, place);
     if (header.kind == kInline)
         return raw.subspan(kLongValueHeader);
     if (header.kind == kSingle) {
-        const auto data = piece(pager, header.first);
+        const auto data = piece(pager, header.first, passage, true);
         if (data.size() != header.length)
             place.damaged("has a long value of the wrong length");
         return data;
     }
     store.clear();
-    walkChain(pager, header, place, [&](RowId, std::span<const std::byte> data) {
+    const auto take = [&](RowId, std::span<const std::byte> data) {
         store.insert(store.end(), data.begin(), data.end());
-    });
+    };
+    walkChain(pager, header, place, take, passage);
     return store;
 }
 

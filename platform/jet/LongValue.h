@@ -16,6 +16,7 @@
 //   3. Out of the row a text is never compressed. A zero-length text is a bare header.
 
 #include "platform/jet/Allocation.h"
+#include "platform/jet/Passage.h"
 #include "platform/jet/RowCodec.h"
 
 namespace vardelin::jet {
@@ -25,8 +26,9 @@ inline constexpr std::size_t kLongValueHeader = 12, kLongestInline = 64, kLonges
 inline constexpr std::size_t kLongestLongValue = 0x3FFFFFFF;
 
 // The data of a value: where it lies if that is one piece, else gathered into `store`.
+// With a passage: valid until its step().
 std::span<const std::byte> readLongValue(Pager &pager, std::span<const std::byte> header, RowPlace place,
-                                         Bytes &store);
+                                         Bytes &store, Passage *passage = nullptr);
 // As much of a damaged value as can be read from its start.
 Bytes readableStart(Pager &pager, std::span<const std::byte> header, RowPlace place);
 // The rows that hold the data, in order; none for an inline value.

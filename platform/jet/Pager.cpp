@@ -62,7 +62,7 @@ public:
     std::uint64_t version() const override { return m_version; }
     PageNo pageCount() const override { return m_pageCount; }
     const std::byte *page(PageNo number) override;
-    const std::byte *passing(PageNo number, std::byte *room) override;
+    std::size_t passing(PageNo first, std::span<std::byte> room) override;
     std::byte *change(PageNo number) override;
     PageNo append() override;
     void writeEarly() override;
@@ -299,13 +299,19 @@ const std::byte *FilePager::page(PageNo number)
     return m_base.page(number);
 }
 
-const std::byte *FilePager::passing(PageNo number, std::byte *room)
+std::size_t FilePager::passing(PageNo first, std::span<std::byte> room)
 {
     assert(inSection());
-    if (const std::byte *changed = m_changes.find(number))
-        return changed;
-    checkNumber(number);
-    return m_base.passing(number, room);
+    if (first >= m_basePages)
+        return 0;
+    const std::size_t count = std::min<std::size_t>(room.size() / kPageSize, m_basePages - first);
+    if (!m_base.passing(first, room.first(count * kPageSize)))
+        return 0;
+    for (std::size_t i = 0; i < count && !m_changes.empty(); ++i) {
+        if (const std::byte *changed = m_changes.find(first + static_cast<PageNo>(i)))
+            std::memcpy(room.data() + i * kPageSize, changed, kPageSize);
+    }
+    return count;
 }
 
 void FilePager::checkNumber(PageNo number) const

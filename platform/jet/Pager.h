@@ -24,6 +24,7 @@
 #include "platform/jet/Types.h"
 
 #include <memory>
+#include <span>
 
 namespace vardelin::jet {
 
@@ -69,12 +70,13 @@ public:
     // 4096 bytes. Valid until the page is changed or the section ends. A number beyond the end throws
     // Damaged; IoError if the medium fails.
     virtual const std::byte *page(PageNo number) = 0;
-    // The same page for one who passes over many of them once: it lies in `room` (4096 bytes) if that saves
-    // the mapping, which brings its neighbours along.
-    virtual const std::byte *passing(PageNo number, std::byte *room)
+    // For one who passes over many pages once: the pages from `first` on as page() gives them now, copied to
+    // `room`; how many they are. None: mapping costs less, or there is no such page.
+    virtual std::size_t passing(PageNo first, std::span<std::byte> room)
     {
+        static_cast<void>(first);
         static_cast<void>(room);
-        return page(number);
+        return 0;
     }
     // The same page to write to, valid until the section ends or an inner one is rolled back.
     virtual std::byte *change(PageNo number) = 0;

@@ -232,6 +232,12 @@ std::size_t decodeMixed(std::span<const std::byte> stored, RowPlace place, char1
 
 } // namespace
 
+bool isPlainText(std::span<const std::byte> stored)
+{
+    return std::endian::native == std::endian::little && stored.size() % 2 == 0 && !isCompressed(stored) &&
+           reinterpret_cast<std::uintptr_t>(stored.data()) % alignof(char16_t) == 0;
+}
+
 std::size_t decodeText(std::span<const std::byte> stored, RowPlace place, char16_t *units)
 {
     if (isCompressed(stored)) {

@@ -50,6 +50,9 @@ Bytes encodeRow(const TableDefinition &table, std::span<const StoredField> field
 
 Bytes encodeText(std::u16string_view text, bool compress);
 std::u16string decodeText(std::span<const std::byte> stored, RowPlace place);
+// Whether the stored form is the text itself: UTF-16 in the order of this machine, where it can be read in
+// place.
+bool isPlainText(std::span<const std::byte> stored);
 // The same to `units`, which takes as many as there are bytes; how many they are.
 std::size_t decodeText(std::span<const std::byte> stored, RowPlace place, char16_t *units);
 

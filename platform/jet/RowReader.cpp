@@ -43,7 +43,7 @@ std::span<const std::byte> RowReader::bytes(Pager &pager, PageNo table, const Ro
 }
 
 Cell RowReader::cell(Pager &pager, const TableDefinition &table, const Column &column,
-                     std::span<const std::byte> row, RowId id)
+                     std::span<const std::byte> row, RowId id, Passage *passage)
 {
     const RowPlace place{pager, id};
     const StoredField stored = readField(table, column, row, place);
@@ -54,18 +54,19 @@ Cell RowReader::cell(Pager &pager, const TableDefinition &table, const Column &c
     if (!isLongValue(column.type))
         return decodeCell(column, stored.bytes, place);
     Bytes store;
-    const auto data = readLongValue(pager, stored.bytes, place, store);
+    const auto data = readLongValue(pager, stored.bytes, place, store, passage);
     if (column.type == ColumnType::Memo)
         return decodeText(data, place);
     return Bytes(data.begin(), data.end());
 }
 
-RowView RowReader::view(const Table &table, RowId id, std::span<const std::byte> bytes)
+RowView RowReader::view(const Table &table, RowId id, std::span<const std::byte> bytes, Passage *passage)
 {
     RowView view;
     view.m_table = &table;
     view.m_id = id;
     view.m_bytes = bytes;
+    view.m_passage = passage;
     return view;
 }
 
@@ -87,7 +88,7 @@ Cell RowView::cell(std::size_t column) const
     const TableDefinition &table = *m_table->m_definition;
     if (column >= table.columns.size())
         throw Error(Code::ItemNotFound);
-    return RowReader::cell(m_table->m_file.pager(), table, table.columns[column], m_bytes, m_id);
+    return RowReader::cell(m_table->m_file.pager(), table, table.columns[column], m_bytes, m_id, m_passage);
 }
 
 namespace {
@@ -143,6 +144,8 @@ std::u16string RowView::text(std::size_t column) const
 std::u16string_view RowView::text(std::size_t column, TextBuffer &buffer) const
 {
     const auto stored = storedText(column, buffer.m_pieces);
+    if (isPlainText(stored))
+        return {reinterpret_cast<const char16_t *>(stored.data()), stored.size() / 2};
     char16_t *const units = buffer.reserve(stored.size());
     return {units, decodeText(stored, {m_table->m_file.pager(), m_id}, units)};
 }
@@ -152,7 +155,8 @@ std::span<const std::byte> RowView::storedText(std::size_t column, Bytes &store)
     const StoredField stored = field(column);
     if (!stored.present || m_table->m_definition->columns[column].type != ColumnType::Memo)
         return stored.bytes;
-    return readLongValue(m_table->m_file.pager(), stored.bytes, {m_table->m_file.pager(), m_id}, store);
+    Pager &pager = m_table->m_file.pager();
+    return readLongValue(pager, stored.bytes, {pager, m_id}, store, m_passage);
 }
 
 } // namespace vardelin::jet

@@ -24,8 +24,9 @@ struct RowReader
     static std::span<const std::byte> bytes(Pager &pager, PageNo table, const RowLocation &location);
     // The value of a column; long values are read whole.
     static Cell cell(Pager &pager, const TableDefinition &table, const Column &column,
-                     std::span<const std::byte> row, RowId place);
-    static RowView view(const Table &table, RowId id, std::span<const std::byte> bytes);
+                     std::span<const std::byte> row, RowId place, Passage *passage = nullptr);
+    static RowView view(const Table &table, RowId id, std::span<const std::byte> bytes,
+                        Passage *passage = nullptr);
 };
 
 } // namespace vardelin::jet

@@ -1,5 +1,6 @@
 #include "platform/jet/FileParts.h"
 #include "platform/jet/IndexTree.h"
+#include "platform/jet/Passage.h"
 #include "platform/jet/RowCodec.h"
 #include "platform/jet/RowReader.h"
 #include "platform/jet/RowWriter.h"
@@ -15,19 +16,21 @@ struct Cursor::State
 {
     explicit State(const Table &scanned)
         : table(&scanned), parts(&scanned.m_file), reading(std::make_unique<Reading>(*parts)),
-          definition(&scanned.current()), owned(parts->pager(), definition->owned)
+          definition(&scanned.current()), owned(parts->pager(), definition->owned), passage(parts->pager())
     {}
 
     // The next row behind the slot, or the end, which gives the lock back.
     void advance();
     bool nextOnPage();
     void enter(PageNo number);
+    const std::byte *passing(PageNo number);
 
     const Table *table;
     FileParts *parts;
     std::unique_ptr<Reading> reading;
     const TableDefinition *definition;
     UsageMap owned;
+    Passage passage;
     std::optional<DataPage> page;
     PageNo number = 0;
     PageNo firstPage = 0, pagesMet = 0;
@@ -46,24 +49,33 @@ void Cursor::State::enter(PageNo next)
     if (pagesMet++ == 0)
         firstPage = next;
     const bool scattered = pagesMet > kFew && (next - firstPage) / kScattered > pagesMet;
-    Pager &pager = parts->pager();
-    page.emplace(pager, next, scattered ? pager.passing(next, room) : pager.page(next));
+    page.emplace(parts->pager(), next, scattered ? passing(next) : parts->pager().page(next));
     page->requireOwner(definition->page());
     number = next;
     changes = parts->changes();
 }
 
+const std::byte *Cursor::State::passing(PageNo next)
+{
+    if (const std::byte *read = passage.atHand(next))
+        std::memcpy(room, read, kPageSize);
+    else if (parts->pager().passing(next, room) == 0)
+        return parts->pager().page(next);
+    return room;
+}
+
 bool Cursor::State::nextOnPage()
 {
+    passage.step();
     for (; slot < page->slots(); ++slot) {
         const Slot at = page->slot(slot);
         const RowId id{number, static_cast<std::uint8_t>(slot)};
         if (at.flags == kLiveRow) {
-            view = RowReader::view(*table, id, {page->bytes() + at.begin, at.end - at.begin});
+            view = RowReader::view(*table, id, {page->bytes() + at.begin, at.end - at.begin}, &passage);
         } else if (at.flags == kForward) {
             const RowLocation location{id, RowReader::target(*page, slot)};
-            view =
-                RowReader::view(*table, id, RowReader::bytes(parts->pager(), definition->page(), location));
+            view = RowReader::view(*table, id, RowReader::bytes(parts->pager(), definition->page(), location),
+                                   &passage);
         } else {
             continue;
         }
@@ -79,6 +91,7 @@ void Cursor::State::advance()
         return;
     if (changes != parts->changes()) { // the page may look different now, or may have gone
         parts->enter();
+        passage.forget();
         definition = &table->current();
         page.reset();
         changes = parts->changes();

@@ -20,6 +20,17 @@ std::uint8_t byteOf(Bits bits, std::size_t index)
     return std::to_integer<std::uint8_t>(bits[index]);
 }
 
+// Large maps are mostly blank, and every new page is looked for in them.
+constexpr std::size_t kStride = 64;
+
+bool isBlank(const std::byte *bits)
+{
+    std::uint64_t met = 0;
+    for (std::size_t i = 0; i < kStride; i += 8)
+        met |= load<std::uint64_t>(bits + i);
+    return met == 0;
+}
+
 // The first set bit that isn't below `from`, or kNoPage.
 PageNo nextBit(Bits bits, PageNo from)
 {
@@ -28,7 +39,9 @@ PageNo nextBit(Bits bits, PageNo from)
         return kNoPage;
     unsigned byte = byteOf(bits, at) & (0xFFU << (from % 8));
     while (byte == 0) {
-        for (++at; at + 8 <= bits.size() && load<std::uint64_t>(bits.data() + at) == 0;)
+        for (++at; at + kStride <= bits.size() && isBlank(bits.data() + at);)
+            at += kStride;
+        while (at + 8 <= bits.size() && load<std::uint64_t>(bits.data() + at) == 0)
             at += 8;
         if (at >= bits.size())
             return kNoPage;
@@ -45,7 +58,9 @@ PageNo previousBit(Bits bits, PageNo from)
     if (at == from / 8)
         byte &= 0xFFU >> (7 - from % 8);
     while (byte == 0) {
-        for (; at >= 8 && load<std::uint64_t>(bits.data() + at - 8) == 0;)
+        while (at >= kStride && isBlank(bits.data() + at - kStride))
+            at -= kStride;
+        while (at >= 8 && load<std::uint64_t>(bits.data() + at - 8) == 0)
             at -= 8;
         if (at == 0)
             return kNoPage;

@@ -191,6 +191,16 @@ bool LikePattern::mayBegin(const std::byte *text) const
     return met != 0;
 }
 
+// Whether both marks are where they must be for the needle to begin with the first unit of `text`.
+template <class Unit>
+bool LikePattern::marked(const std::byte *text) const
+{
+    return std::ranges::all_of(m_marks, [text](const Mark &mark) {
+        return static_cast<Unit>(unitAt<Unit>(text, mark.place) | mark.ignored) ==
+               static_cast<Unit>(mark.character);
+    });
+}
+
 template <class Unit>
 bool LikePattern::liesAt(const std::byte *text) const
 {
@@ -216,7 +226,8 @@ bool LikePattern::containedIn(const std::byte *text, std::size_t units) const
         if (units >= reach && !mayBegin<Unit>(text + from * sizeof(Unit)))
             continue;
         for (std::size_t at = block; at < std::min(places, block + kBlock); ++at) {
-            if (liesAt<Unit>(text + at * sizeof(Unit)))
+            const std::byte *const here = text + at * sizeof(Unit);
+            if (marked<Unit>(here) && liesAt<Unit>(here))
                 return true;
         }
     }

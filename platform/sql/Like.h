@@ -50,6 +50,8 @@ private:
     bool liesAt(const std::byte *text) const;
     template <class Unit>
     bool mayBegin(const std::byte *text) const;
+    template <class Unit>
+    bool marked(const std::byte *text) const;
 
     std::vector<Element> m_elements;
     Shape m_shape = Shape::General;
