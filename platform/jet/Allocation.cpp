@@ -1,5 +1,7 @@
 #include "platform/jet/Allocation.h"
 
+#include <algorithm>
+
 namespace vardelin::jet {
 
 namespace {
@@ -10,10 +12,15 @@ constexpr std::size_t kGrowth = 32;
 
 PageNo Allocation::allocate(PageNo above)
 {
-    PageNo page = map().next(above + 1);
+    const PageNo known = firstToTry();
+    PageNo page = map().next(std::max(above + 1, known));
     if (page == kNoPage || page >= m_pager.pageCount()) {
         page = m_pager.append();
         reachTo(page);
+    }
+    if (above < known || above == 0) {
+        m_seenAt = m_pager.version();
+        m_allTakenBelow = page + 1;
     }
     map().setBit(page, false);
     std::memset(m_pager.change(page), 0, kPageSize);
@@ -23,6 +30,7 @@ PageNo Allocation::allocate(PageNo above)
 void Allocation::release(PageNo page, std::uint8_t typeByte)
 {
     m_pager.change(page)[0] = std::byte{typeByte};
+    m_allTakenBelow = std::min(m_allTakenBelow, page);
     reachTo(page);
     map().setBit(page, true);
 }

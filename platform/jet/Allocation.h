@@ -35,7 +35,11 @@ private:
     void growInline();
     void turnIntoReference();
     void addBitmap(std::size_t index);
+    PageNo firstToTry() const { return m_seenAt == m_pager.version() ? m_allTakenBelow : 0; }
     Pager &m_pager;
+    // What was seen of the free page map when the pager's version was m_seenAt; our own changes are followed.
+    std::uint64_t m_seenAt = 0;
+    PageNo m_allTakenBelow = 0;
 };
 
 } // namespace vardelin::jet
