@@ -65,8 +65,11 @@ void writeRow(dao::Recordset &things, const ToDoRow &row, ToDoScratch &scratch)
 void fillTexts(dao::Recordset &clients, const ToDoScratch &scratch)
 {
     for (int left = clients.RecordCount(); left > 0; --left) {
-        const QString text = clientToDo(scratch, joinText(clients.Fields(u"Client Last Name"_s)),
-                                        joinText(clients.Fields(u"Client First Name"_s)));
+        const Value last = clients.Fields(u"Client Last Name"_s),
+                    first = clients.Fields(u"Client First Name"_s);
+        const QString text = last.isNull() || first.isNull()
+                                 ? QString() // equals nothing
+                                 : clientToDo(scratch, joinText(last), joinText(first));
         if (!text.isEmpty()) {
             clients.Edit();
             clients.SetField(kClientText, text);

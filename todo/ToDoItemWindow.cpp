@@ -2,6 +2,7 @@
 
 #include "platform/base/Twips.h"
 #include "platform/data/Dao.h"
+#include "platform/ui/SharedKeys.h"
 #include "shell/state/Global.h"
 #include "todo/ToDoRows.h"
 #include "todo/frmToDo.h"
@@ -72,6 +73,7 @@ void ToDoItemWindow::layOut(QLayout *upper, const std::vector<MenuEntry> &more)
     entries.push_back({u"mnuDone"_s, u"&Done"_s, {}, [this] { mnuDone_Click(); }});
     auto *bar = new QMenuBar;
     bar->addActions(makeBar(this, entries, m_global.services.errors));
+    stepThroughSharedKeys(bar);
 
     auto *Toolbar1 = new QToolBar;
     Toolbar1->setObjectName(u"Toolbar1"_s);
@@ -109,7 +111,7 @@ void ToDoItemWindow::loadActivities()
     hidden.clear();
     for (; !activities->EOF_(); activities->MoveNext())
         hidden += joinText(activities->Fields(u"Activities"_s));
-    m_picker->setEntries(hidden);
+    m_picker->addItems(hidden); // in the table's order
 }
 
 int ToDoItemWindow::selectedPriority() const
@@ -131,7 +133,8 @@ void ToDoItemWindow::callPicker()
     m_picker->setGeometry(rect());
     m_picker->show();
     m_picker->raise();
-    m_picker->setFocus();
+    m_picker->setFocus(
+        Qt::PopupFocusReason); // the text box keeps its selection, which the activities replace
 }
 
 // Esc inserts, too: settled.

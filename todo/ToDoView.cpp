@@ -78,7 +78,8 @@ void ToDoView::setRows(const std::vector<ToDoRow> &rows)
 
 int ToDoView::selectedRow() const
 {
-    return currentItem() ? indexOfTopLevelItem(currentItem()) + 1 : 0;
+    QTreeWidgetItem *item = currentItem(); // Ctrl and a click take the selection from it
+    return item && item->isSelected() ? indexOfTopLevelItem(item) + 1 : 0;
 }
 
 void ToDoView::addRow(const ToDoRow &row)
@@ -93,9 +94,11 @@ void ToDoView::addRow(const ToDoRow &row)
 void ToDoView::removeSelected()
 {
     const int row = selectedRow() - 1;
+    if (row < 0)
+        return;
     delete takeTopLevelItem(row);
     if (topLevelItemCount() > 0)
-        setCurrentItem(topLevelItem(std::clamp(row, 0, topLevelItemCount() - 1)));
+        setCurrentItem(topLevelItem(std::min(row, topLevelItemCount() - 1)));
 }
 
 void ToDoView::clickColumn(int column)
@@ -159,6 +162,12 @@ void ToDoView::mousePressEvent(QMouseEvent *event)
     QTreeWidget::mousePressEvent(event);
     if (pressed)
         pressed(rowAt(event));
+}
+
+// The second of two quick clicks is a press, too, and may be on another row.
+void ToDoView::mouseDoubleClickEvent(QMouseEvent *event)
+{
+    mousePressEvent(event);
 }
 
 // A held button would select the rows that it passes.

@@ -19,7 +19,7 @@ public:
     void setRows(const std::vector<ToDoRow> &rows);
     void
     addRow(const ToDoRow &row); // at the end, or at its sorted place once the list was sorted; selects it
-    void removeSelected();      // the row that takes its place is selected
+    void removeSelected();      // if there is one; the row that takes its place is selected
     int selectedRow() const;    // from 1; 0 without one
 
     void clickColumn(int column); // from 0
@@ -37,6 +37,7 @@ public:
 protected:
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
+    void mouseDoubleClickEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
 

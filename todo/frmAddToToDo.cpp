@@ -91,14 +91,11 @@ void frmAddToToDo::mnuAllowance_Click()
 
 void frmAddToToDo::mnuDone_Click()
 {
-    const QString client = selectedText(*List1), project = selectedText(*List2);
-    m_global.CurrentPriority = selectedPriority();
-    if (!ownerOf(client).isClient && project.isEmpty()) {
-        m_global.services.dialogs.msgBox({u"You must select a client or a project.  Try again."_s});
-        return;
-    }
     try {
-        addItem(client, project);
+        if (!addItem()) {
+            m_global.services.dialogs.msgBox({u"You must select a client or a project.  Try again."_s});
+            return;
+        }
     } catch (const RunTimeError &) {
         m_global.services.dialogs.msgBox({u"Unable to add To Do item"_s});
     }
@@ -107,11 +104,15 @@ void frmAddToToDo::mnuDone_Click()
 
 // With both a client and a project selected the table gets the client, and the list shows the project:
 // settled.
-void frmAddToToDo::addItem(const QString &client, const QString &project)
+bool frmAddToToDo::addItem()
 {
     const auto database = m_global.services.engine.OpenDatabase(m_global.DatabaseFileName);
     const auto things = database->OpenRecordset(u"Things To Do"_s);
+    m_global.CurrentPriority = selectedPriority();
+    const QString client = selectedText(*List1), project = selectedText(*List2);
     const ToDoOwner owner = ownerOf(client);
+    if (!owner.isClient && project.isEmpty())
+        return false;
     const QString today = format(m_global.services.clock.now(), kDate),
                   deadline = format(DTPicker1->Value(), kDate);
     things->AddNew();
@@ -129,6 +130,7 @@ void frmAddToToDo::addItem(const QString &client, const QString &project)
                                project.trimmed().isEmpty() ? client : project, m_text->text(), today,
                                deadline});
     things->Update();
+    return true;
 }
 
 } // namespace vardelin

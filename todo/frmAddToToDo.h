@@ -16,7 +16,7 @@ private:
     void Form_Load();
     void mnuAllowance_Click();
     void mnuDone_Click() override;
-    void addItem(const QString &client, const QString &project);
+    bool addItem(); // false: whose it is hasn't been told
 
     QListWidget *List1; // clients
     QListWidget *List2; // projects

@@ -12,6 +12,12 @@ using namespace Qt::StringLiterals;
 
 namespace vardelin {
 
+namespace {
+
+constexpr int kLongestText = 100; // characters of the column
+
+}
+
 frmEditToDo::frmEditToDo(Global &global, frmToDo &list)
     : ToDoItemWindow(
           global, list,
@@ -20,7 +26,8 @@ frmEditToDo::frmEditToDo(Global &global, frmToDo &list)
 {
     Text1->setObjectName(u"Text1"_s);
     Text1->setAccessibleName(u"Client or Project"_s);
-    Text1->installEventFilter(this); // Enter is Done here, too
+    Text1->installEventFilter(this);    // Enter is Done here, too
+    m_text->setMaxLength(kLongestText); // what the engine refuses isn't caught here
     auto *upper = new QFormLayout;
     upper->addRow(u"Client or Project:"_s, Text1);
     layOut(upper);
@@ -41,7 +48,10 @@ void frmEditToDo::Form_Load()
     const QFont font = formFont(m_global.DefaultFont.name, m_global.DefaultFont.size);
     m_text->setFont(font);
     Text1->setFont(font);
-    DTPicker1->setValue(toDate(m_global.CurrentDeadline));
+    // An item without a deadline has none as long as nobody chooses one.
+    m_dated = !m_global.CurrentDeadline.isEmpty();
+    DTPicker1->setValue(m_dated ? toDate(m_global.CurrentDeadline) : m_global.services.clock.now());
+    DTPicker1->edited = [this] { m_dated = true; };
     m_owner = m_global.ClientLastName.isEmpty() ? m_global.SearchProject : clientText();
     Text1->setText(m_owner);
     connect(Text1, &QLineEdit::textChanged, this, [this](const QString &text) {
@@ -69,7 +79,7 @@ void frmEditToDo::mnuDone_Click()
     // The list gets the new deadline, the table had the old one: it reaches the table with the list's Done.
     // Settled.
     m_list.ListView1().addRow({priority, shown, m_text->text(), m_global.CurrentStartDate,
-                               format(DTPicker1->Value(), u"M/d/yyyy"_s)});
+                               m_dated ? format(DTPicker1->Value(), u"M/d/yyyy"_s) : QString()});
     m_global.CurrentThingToDo.clear();
     m_global.SearchProject
         .clear(); // the names of the client stay, for the next row that is a project's: settled

@@ -26,6 +26,7 @@ private:
 
     QLineEdit *Text1; // whose item it is; can't be changed
     QString m_owner;
+    bool m_dated = false; // has a deadline
 };
 
 } // namespace vardelin

@@ -2,7 +2,6 @@
 
 #include "platform/base/Twips.h"
 #include "platform/ui/MenuTable.h"
-#include "platform/ui/SharedKeys.h"
 #include "shell/state/FormPosition.h"
 #include "shell/state/Global.h"
 #include "todo/PrintToDo.h"
@@ -10,6 +9,7 @@
 #include "todo/frmEditToDo.h"
 
 #include <QMenuBar>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +20,7 @@ namespace {
 
 // Load and Resize have different margins on purpose; the first Resize comes right behind Load and sets the
 // lasting widths. Twips.
+constexpr int kLoadMargin = 500; // of the list in the window
 constexpr int kLoadAllowance = 170;
 constexpr int kResizeAllowance = 25;
 
@@ -86,7 +87,6 @@ QMenuBar *frmToDo::makeMenus()
                  {u"mnuPrint"_s, u"&Print"_s, {}, call(&frmToDo::mnuPrint_Click)},
                  {u"mnuDone"_s, u"D&one"_s, {}, call(&frmToDo::mnuDone_Click)}},
                 m_global.services.errors));
-    stepThroughSharedKeys(bar);
     return bar;
 }
 
@@ -104,6 +104,11 @@ void frmToDo::makeToolBar()
     addButton(m_bar, u"Print"_s, u"Print the To Do list"_s, errors, [this] { mnuPrint_Click(); });
 }
 
+void frmToDo::tellLoadError(const RunTimeError &error)
+{
+    m_global.services.dialogs.msgBox({u"Error in the To Do module: "_s + error.description()});
+}
+
 // A step that fails costs a message, and the next one goes on.
 void frmToDo::Form_Load()
 {
@@ -111,41 +116,47 @@ void frmToDo::Form_Load()
         try {
             statement();
         } catch (const RunTimeError &error) {
-            m_global.services.dialogs.msgBox({u"Error in the To Do module: "_s + error.description()});
+            tellLoadError(error);
         }
     };
     step([&] { LoadFormPosition(*this, u"frmToDo"_s, m_global.services.settings); });
-    step([&] {
-        m_list->setFont(
-            formFont(m_global.DefaultToDoFont.name, QString::number(toLong(m_global.DefaultToDoFont.size))));
-    });
-    setWidths(kLoadAllowance);
-    step([&] { loadRows(); });
-}
-
-void frmToDo::loadRows()
-{
-    const auto database = m_global.services.engine.OpenDatabase(m_global.DatabaseFileName);
-    const auto things = database->OpenRecordset(u"Things To Do"_s);
+    const FontSetting &font = m_global.DefaultToDoFont;
+    m_list->setFont(QFont(font.name));
+    step([&] { m_list->setFont(formFont(font.name, QString::number(toLong(font.size)))); });
+    setWidths(toTwips(width()) - kLoadMargin, kLoadAllowance);
     std::vector<ToDoRow> rows;
-    for (; !things->EOF_(); things->MoveNext())
-        rows.push_back(toDoRow(*things));
+    step([&] { loadRows(rows); });
     m_list->setRows(rows);
 }
 
-void frmToDo::setWidths(int allowance)
+// A row that can't be read costs a message and isn't shown.
+void frmToDo::loadRows(std::vector<ToDoRow> &rows)
 {
-    const std::array<int, kToDoColumns> widths =
-        toDoColumnWidths(toTwips(m_list->viewport()->width()), allowance);
+    const auto database = m_global.services.engine.OpenDatabase(m_global.DatabaseFileName);
+    const auto things = database->OpenRecordset(u"Things To Do"_s);
+    for (; !things->EOF_(); things->MoveNext()) {
+        try {
+            rows.push_back(toDoRow(*things));
+        } catch (const RunTimeError &error) {
+            tellLoadError(error);
+        }
+    }
+}
+
+void frmToDo::setWidths(int listWidth, int allowance)
+{
+    const std::array<int, kToDoColumns> widths = toDoColumnWidths(listWidth, allowance);
     for (std::size_t i = 0; i < widths.size(); ++i)
-        m_list->setColumnWidth(static_cast<int>(i), toPixels(widths[i]));
+        m_list->setColumnWidth(static_cast<int>(i), widths[i] / kTwipsPerPixel);
 }
 
 void frmToDo::resizeEvent(QResizeEvent *event)
 {
     QDialog::resizeEvent(event);
     layout()->activate();
-    setWidths(kResizeAllowance);
+    // The list reaches to the window's edge. A bar for scrolling stands in the list itself.
+    const QScrollBar *bar = m_list->verticalScrollBar();
+    setWidths(toTwips(m_list->width() - (bar->isVisible() ? bar->width() : 0)), kResizeAllowance);
 }
 
 // A press or release on no row leaves the stored one, and the exchange takes place with that.
@@ -225,9 +236,11 @@ void frmToDo::mnuPrintFont_Click()
                u"Default Print Font"_s);
 }
 
+// Without a message, whatever the printer does.
 void frmToDo::mnuPrint_Click()
 {
-    printToDo(m_global, m_list->rows());
+    if (!resumeNext([this] { printToDo(m_global, m_list->rows()); }))
+        m_global.services.printer.KillDoc();
 }
 
 // In one scope of the file's journal, so that a crash restores the list that was. An error keeps what was

@@ -16,6 +16,7 @@ namespace vardelin {
 namespace dao {
 class Database;
 }
+class RunTimeError;
 struct FontSetting;
 struct Global;
 
@@ -36,8 +37,9 @@ private:
     void makeToolBar();
     QMenuBar *makeMenus();
     void Form_Load();
-    void loadRows();
-    void setWidths(int allowance);
+    void loadRows(std::vector<ToDoRow> &rows);
+    void tellLoadError(const RunTimeError &error);
+    void setWidths(int listWidth, int allowance); // twips
     void mnuAddItem_Click();
     void mnuDeleteItem_Click();
     void mnuEditItem_Click();

@@ -86,9 +86,15 @@ bool Recordset::State::standOn(jet::RowId row)
     const jet::ReadScope scope(*m_file);
     if (!m_table.exists(row))
         return false;
-    m_image.read(*m_file, m_table, {row, 0}, std::nullopt);
     m_row = row;
     m_stand = Stand::Row;
+    try {
+        m_image.read(*m_file, m_table, {row, 0}, std::nullopt);
+    } catch (const jet::Error &error) {
+        if (error.code() != jet::Code::Damaged)
+            throw;
+        m_image.clear(); // told when its columns are asked for; the moves lead past it
+    }
     return true;
 }
 

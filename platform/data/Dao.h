@@ -65,7 +65,8 @@ struct TableDef
 // others delete are passed over, and the one that it stands on gives 3167.
 //
 // Opening reads no row, so that adding to a table of any size costs the same. A row's short columns are read
-// together when the record set comes to stand on it.
+// together when the record set comes to stand on it. Moves lead past a row that is damaged; 3049 comes from
+// its Fields.
 class Recordset
 {
 public:

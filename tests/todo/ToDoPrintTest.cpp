@@ -1,7 +1,11 @@
 // The printed To Do list, as what stands where.
 
+#include "tests/support/Judges.h"
 #include "tests/support/OfficeProgram.h"
 #include "todo/PrintToDo.h"
+#include "todo/frmToDo.h"
+
+#include <QRegularExpression>
 
 using namespace Qt::StringLiterals;
 using namespace vardelin;
@@ -69,6 +73,75 @@ TEST(PrintToDo, numbersThePagesThatItCloses)
     }
     for (int i = 1; i <= 100; ++i)
         EXPECT_EQ(program.paper.texts().count(u"client %1"_s.arg(i)), 1);
+}
+
+// Whoever reads the PDF finds the same as the eye on the paper.
+TEST(PrintToDo, isReadFromARealPdf)
+{
+    OfficeProgram program;
+    const QString path = program.folder.filePath(u"list.pdf"_s);
+    const auto device = pdfPrintDevice(path);
+    Printer printer(*device);
+    Services services{program.dialogs, program.clock, program.settings, program.engine,
+                      program.errors,  printer,       QString()};
+    Global global{services};
+    global.DefaultPrintFont = {u"Times New Roman"_s, u"12"_s};
+    std::vector<ToDoRow> rows;
+    for (int i = 1; i <= 100; ++i)
+        rows.push_back(
+            row(u"Farrow-Castellano, Margaret %1"_s.arg(i), u"thing%1 "_s.arg(i) + u"word "_s.repeated(i)));
+    printToDo(global, rows);
+
+    struct Word
+    {
+        int page;
+        double x, y, height; // points
+        QString text;
+    };
+    std::vector<Word> words;
+    int pages = 0;
+    static const QRegularExpression tag(
+        u"<page |<word xMin=\"([\\d.]+)\" yMin=\"([\\d.]+)\" xMax=\"[\\d.]+\" yMax=\"([\\d.]+)\">([^<]*)"_s);
+    for (const auto &match : tag.globalMatch(outputOf(u"pdftotext"_s, {u"-bbox"_s, path, u"-"_s}))) {
+        if (match.captured(4).isEmpty())
+            ++pages;
+        else
+            words.push_back({pages, match.captured(1).toDouble(), match.captured(2).toDouble(),
+                             match.captured(3).toDouble() - match.captured(2).toDouble(), match.captured(4)});
+    }
+    const auto find = [&](const QString &text, int page) {
+        const auto found = std::ranges::find_if(
+            words, [&](const Word &word) { return word.text == text && (page == 0 || word.page == page); });
+        return found == words.end() ? nullptr : &*found;
+    };
+    ASSERT_EQ(pages, 3) << "pdftotext (poppler-utils) is wanted";
+    for (int page = 1; page <= pages; ++page) {
+        const Word *heading = find(u"Deadline"_s, page);
+        ASSERT_TRUE(heading);
+        EXPECT_NEAR(heading->x, 6.72 * 72, 1);
+        EXPECT_NEAR(heading->y, 72, 3);
+        EXPECT_EQ(find(u"-"_s, page) != nullptr, page < pages) << "a number where the page was closed";
+    }
+    for (int i = 1; i <= 100; ++i)
+        ASSERT_TRUE(find(u"thing%1"_s.arg(i), 0)) << i;
+    EXPECT_LT(find(u"thing100"_s, 0)->height, find(u"thing1"_s, 0)->height / 3) << "the endless one is small";
+    EXPECT_NEAR(find(u"thing100"_s, 0)->y + find(u"thing100"_s, 0)->height / 2,
+                find(u"100"_s, 0)->y + find(u"100"_s, 0)->height / 2, 3)
+        << "and in the middle of its row";
+}
+
+TEST(PrintToDo, saysNothingWithoutAPrinter)
+{
+    OfficeProgram program;
+    program.add(u"Things To Do"_s, {{u"TTD Priority"_s, u"3"_s}, {u"TTD Project"_s, u"Will"_s}});
+    program.paper.present = false;
+    frmToDo form(program.global);
+    choose(&form, u"mnuPrint"_s);
+    EXPECT_EQ(program.ended, 0);
+    program.paper.present = true;
+    choose(&form, u"mnuPrint"_s);
+    EXPECT_EQ(program.paper.printed, 1);
+    EXPECT_EQ(program.paper.texts().filter(u"Will"_s).size(), 1);
 }
 
 } // namespace

@@ -87,6 +87,39 @@ TEST_F(ToDoTest, showsTheTableInItsOrderAndAProjectOverAClient)
               (QStringList{u"2|Farrow, Edith|call|10/5/2026|10/15/2026"_s,
                            u"5|Lease|read|10/5/2026|10/15/2026"_s, u"1|Will|draft|10/5/2026|10/15/2026"_s}));
     EXPECT_EQ(toDoColumnWidths(1000, 25), (std::array<int, 5>{87, 243, 409, 117, 117}));
+    form.resize(800, 400);
+    form.show();
+    const int twips = form.ListView1().width() * 15;
+    EXPECT_EQ(form.ListView1().columnWidth(2), int((twips - 25) * 0.42) / 15) << "at the first Resize";
+}
+
+TEST_F(ToDoTest, tellsOfARowThatIsDamagedAndShowsTheOthers)
+{
+    threeItems();
+    QFile file(global.DatabaseFileName);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    const QByteArray bytes = file.readAll();
+    // The row: its number of columns, two dates, and then the text.
+    const QByteArray text("r\0e\0a\0d", 7);
+    const qsizetype start = bytes.indexOf(text) - 18;
+    ASSERT_EQ(bytes.count(text), 1);
+    ASSERT_EQ(bytes.mid(start, 2), QByteArray("\x07\x00", 2));
+    const auto write = [&](const QByteArray &columns) {
+        file.seek(start);
+        file.write(columns);
+        file.flush();
+    };
+    write("\x70\x70");
+    {
+        global.DefaultToDoFont = {u"Liberation Mono"_s, u"large"_s};
+        dialogs.expect(u"Error in the To Do module: Type mismatch"_s);
+        dialogs.expectBeginning(u"Error in the To Do module: "_s);
+        frmToDo form(global);
+        EXPECT_EQ(shown(form).size(), 2);
+        EXPECT_EQ(shown(form).last(), u"1|Will|draft|10/5/2026|10/15/2026"_s);
+        EXPECT_EQ(form.ListView1().font().family(), u"Liberation Mono"_s);
+    }
+    write(bytes.mid(start, 2));
 }
 
 TEST_F(ToDoTest, replacesTheTableAtTheSecondDoneAfterTheEnginesError)
@@ -141,6 +174,11 @@ TEST_F(ToDoTest, leavesTheTableAloneByReturnEnterAndEsc)
     EXPECT_EQ(table(), before);
     frmToDo form(global);
     form.show();
+    form.ListView1().currentItem()->setSelected(false); // as Ctrl and a click do
+    choose(&form, u"mnuDeleteItem"_s);
+    choose(&form, u"mnuEditItem"_s);
+    EXPECT_EQ(shown(form).size(), 3) << "there is no selected item";
+    form.ListView1().currentItem()->setSelected(true);
     for (int i = 0; i < 4; ++i)
         choose(&form, u"mnuDeleteItem"_s);
     doneTwice(form);
@@ -200,6 +238,11 @@ TEST_F(ToDoTest, exchangesAllButThePriorityByDragAndByKeyboard)
     press(0);
     release(2);
     EXPECT_EQ(whats(), u"2draft 5read 1call "_s);
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {},
+                       list.visualItemRect(list.topLevelItem(1)).center());
+    EXPECT_EQ(whats(), u"2draft 5read 1call "_s) << "a second quick click presses on its own row";
+    press(0);
+    release(0);
     press(-1); // no item: the stored row stays
     release(1);
     EXPECT_EQ(whats(), u"2read 5draft 1call "_s);
@@ -259,11 +302,12 @@ TEST_F(ToDoTest, picksActivitiesAndLeavesThemInTheListOfEmployees)
         frmAddToToDo form(global, list);
         form.show();
         auto *text = control<QLineEdit>(&form, u"Text1"_s);
-        text->setText(u"a  z"_s);
-        text->setCursorPosition(2);
+        text->setText(u"a old z"_s);
+        text->setSelection(2, 3); // is replaced
         type(text, Qt::Key_F3);
         auto *picker = control<ListBox>(&form, u"List3"_s);
         EXPECT_TRUE(picker->isVisible());
+        EXPECT_EQ(picker->entries(), column(u"Activities"_s, u"Activities"_s)) << "in the table's order";
         picker->item(0)->setSelected(true);
         picker->item(2)->setSelected(true);
         type(picker, Qt::Key_Escape); // inserts, too
@@ -323,6 +367,22 @@ TEST_F(ToDoTest, editsAtPriorityThreeAndFindsTheOldRowByTheNewPriority)
     EXPECT_EQ(table().filter(u"read"_s),
               (QStringList{u"read,Tomas,Jelinek,,5"_s, u"read,Tomas,Jelinek,,3"_s}))
         << "the old row wasn't found and stays beside the new one";
+}
+
+TEST_F(ToDoTest, leavesAnItemWithoutADeadlineAsItIsUntilOneIsChosen)
+{
+    add(u"Things To Do"_s,
+        {{u"TTD Priority"_s, u"3"_s}, {u"TTD Project"_s, u"Will"_s}, {u"ThingToDo"_s, u"x"_s}});
+    frmToDo list(global);
+    list.show();
+    edit(list, 0, [](frmEditToDo &form) { choose(&form, u"mnuDone"_s); });
+    EXPECT_EQ(shown(list), QStringList{u"3|Will|x||"_s});
+    edit(list, 0, [](frmEditToDo &form) {
+        ToDoTest::type(control<DateTimePicker>(&form, u"DTPicker1"_s), Qt::Key_Up); // a month on
+        choose(&form, u"mnuDone"_s);
+    });
+    EXPECT_EQ(shown(list), QStringList{u"3|Will|x||11/16/2026"_s});
+    EXPECT_EQ(column(u"Things To Do"_s, u"Thing To Do Deadline"_s), QStringList{QString()});
 }
 
 // The names of the client edited before stay, and a project's row is taken for that client's.
