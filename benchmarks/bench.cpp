@@ -7,6 +7,7 @@
 #include "benchmarks/Generate.h"
 #include "benchmarks/Reports.h"
 #include "benchmarks/SaveCost.h"
+#include "benchmarks/ToDo.h"
 #include "platform/system/Settings.h"
 
 #include <QCoreApplication>
@@ -144,6 +145,15 @@ void measureReport(const QString &file, const QString &pdf)
     tellGoal("report_megabytes", report["peak"] / kMegabyte, 100);
 }
 
+void measureToDo(const QString &file)
+{
+    const QMap<QByteArray, double> lines = runChild({u"--todo"_s, file});
+    for (const char *name : {"load", "sort", "write_back"})
+        tell(qPrintable(u"todo_5000_"_s + QString::fromLatin1(name)), lines[name]);
+    for (const char *name : {"load", "sort", "write_back"})
+        tellGoal(qPrintable(u"todo_5000_"_s + QString::fromLatin1(name)), lines[name], 1.0);
+}
+
 void measureSave(const QString &file)
 {
     const SaveCost cost = measureSaves(file, kSaves);
@@ -172,6 +182,7 @@ int measureAll(const QString &folder)
     const QString middle = files.filePath(u"middle.mdb"_s);
     generate(middle, kReportLogs);
     measureReport(middle, files.filePath(u"report.pdf"_s));
+    measureToDo(files.filePath(u"todo.mdb"_s));
     return 0;
 }
 
@@ -193,6 +204,8 @@ int main(int argc, char **argv)
             return makeReport(argc, argv);
         if (argc > 3 && std::strcmp(argument, "--report-document") == 0)
             return makeDocument(argc, argv);
+        if (argc > 2 && std::strcmp(argument, "--todo") == 0)
+            return useToDo(argc, argv);
         QCoreApplication application(argc, argv);
         return measureAll(argc > 1 ? QString::fromLocal8Bit(argument)
                                    : QCoreApplication::applicationDirPath());
