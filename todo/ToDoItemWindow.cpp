@@ -27,7 +27,7 @@ constexpr int kDefaultPriority = 3;
 
 ToDoItemWindow::ToDoItemWindow(Global &global, frmToDo &list, const Design &design)
     : QDialog(&list), m_global(global), m_list(list), m_design(design), m_text(new QLineEdit),
-      DTPicker1(new DateTimePicker), m_picker(new ListBox(this))
+      DTPicker1(new DateTimePicker), m_picker(new ListBox(this)), m_fields(new QFormLayout)
 {
     setObjectName(design.name);
     setWindowTitle(design.caption);
@@ -60,13 +60,15 @@ QWidget *ToDoItemWindow::makePriorities()
         option->setObjectName(u"Option1(%1)"_s.arg(i - 1));
         option->setAccessibleName(u"Priority %1"_s.arg(i));
         option->setChecked(i == kDefaultPriority);
+        // Tab leads to the chosen one, from where the arrows choose; Qt sees to it from the first focus on.
+        option->setFocusPolicy(option->isChecked() ? Qt::StrongFocus : Qt::ClickFocus);
         row->addWidget(option);
         Option1.push_back(option);
     }
     return Frame1;
 }
 
-void ToDoItemWindow::layOut(QLayout *upper, const std::vector<MenuEntry> &more)
+void ToDoItemWindow::layOut(QLayout *lists, const std::vector<MenuEntry> &more)
 {
     std::vector<MenuEntry> entries{{u"mnuReturn"_s, u"&Return"_s, {}, [this] { mnuReturn_Click(); }}};
     entries.insert(entries.end(), more.begin(), more.end());
@@ -81,15 +83,17 @@ void ToDoItemWindow::layOut(QLayout *upper, const std::vector<MenuEntry> &more)
     addButton(Toolbar1, u"Return"_s, u"Return"_s, m_global.services.errors, [this] { mnuReturn_Click(); });
     addButton(Toolbar1, u"Done"_s, u"Done"_s, m_global.services.errors, [this] { mnuDone_Click(); });
 
-    auto *fields = new QFormLayout;
-    fields->addRow(u"Thing To Do:"_s, m_text);
-    fields->addRow(u"Deadline Date:"_s, DTPicker1);
+    m_fields->addRow(u"Thing To Do:"_s, m_text);
+    m_fields->addRow(u"Deadline Date:"_s, DTPicker1);
     auto *body = new QVBoxLayout;
     body->setContentsMargins(12, 8, 12, 12);
     body->setSpacing(10);
-    body->addLayout(upper, 1);
-    body->addLayout(fields);
+    if (lists)
+        body->addLayout(lists, 1);
+    body->addLayout(m_fields);
     body->addWidget(makePriorities());
+    if (!lists)
+        body->addStretch(1);
     auto *all = new QVBoxLayout(this);
     all->setContentsMargins(0, 0, 0, 0);
     all->setSpacing(0);

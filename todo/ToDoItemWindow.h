@@ -8,7 +8,7 @@
 #include <QDialog>
 #include <QLineEdit>
 
-class QMenuBar;
+class QFormLayout;
 class QRadioButton;
 
 namespace vardelin {
@@ -33,9 +33,9 @@ protected:
     virtual void mnuDone_Click() = 0;
     void mnuReturn_Click() { reject(); }
 
-    // Builds the window around what one of them has above the item's text. more: commands between Return and
+    // Builds the window. lists: what stands above the fields, or null. more: commands between Return and
     // Done.
-    void layOut(QLayout *upper, const std::vector<MenuEntry> &more = {});
+    void layOut(QLayout *lists, const std::vector<MenuEntry> &more = {});
     // Fills the picker, and the main window's list of *employees*, from Activities; an empty table leaves
     // both.
     void loadActivities();
@@ -51,7 +51,8 @@ protected:
     const Design m_design;
     QLineEdit *m_text;
     DateTimePicker *DTPicker1;
-    ListBox *m_picker; // over the whole window while it is called up
+    ListBox *m_picker;     // over the whole window while it is called up
+    QFormLayout *m_fields; // before layOut(): what stands above the item's text
     std::vector<QRadioButton *> Option1;
 
 private:

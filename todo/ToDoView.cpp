@@ -148,6 +148,8 @@ void ToDoView::keyPressEvent(QKeyEvent *event)
         return closeKey();
     if ((key == Qt::Key_Up || key == Qt::Key_Down) && event->modifiers() == Qt::AltModifier && moveKey)
         return moveKey(key == Qt::Key_Up ? -1 : 1);
+    if (event->modifiers() == Qt::ControlModifier && key >= Qt::Key_1 && key < Qt::Key_1 + columnCount())
+        return clickColumn(key - Qt::Key_1);
     QTreeWidget::keyPressEvent(event);
 }
 

@@ -30,7 +30,8 @@ public:
     // Rows from 1, as the mouse was pressed and released on them; 0 where no row is under it.
     std::function<void(int row)> pressed, released;
     std::function<void()> deleteKey, closeKey; // Delete; Enter and Esc
-    std::function<void(int step)> moveKey;     // Alt with up (-1) and down (1)
+    // Ctrl with the number of a column, from 1, is a click on its heading.
+    std::function<void(int step)> moveKey; // Alt with up (-1) and down (1)
     // The two rows, from 1, change places but for their priorities. A row that isn't there: nothing.
     void exchange(int one, int other);
 

@@ -6,8 +6,10 @@
 #include "todo/ToDoRows.h"
 #include "todo/frmToDo.h"
 
+#include <QKeyEvent>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -16,6 +18,19 @@ namespace vardelin {
 namespace {
 
 const QString kDate = u"M/d/yyyy"_s;
+
+// The first arrow down selects the first entry, and not the one below it.
+class EntryList final : public QListWidget
+{
+protected:
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->key() == Qt::Key_Down && selectedItems().isEmpty() && count() > 0)
+            setCurrentRow(std::max(0, currentRow()));
+        else
+            QListWidget::keyPressEvent(event);
+    }
+};
 
 QVBoxLayout *labelled(const QString &caption, QWidget *field)
 {
@@ -53,7 +68,7 @@ frmAddToToDo::frmAddToToDo(Global &global, frmToDo &list)
 
 QListWidget *frmAddToToDo::makeList(const QString &name)
 {
-    auto *list = new QListWidget;
+    auto *list = new EntryList;
     list->setObjectName(name);
     return list;
 }

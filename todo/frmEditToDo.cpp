@@ -28,9 +28,8 @@ frmEditToDo::frmEditToDo(Global &global, frmToDo &list)
     Text1->setAccessibleName(u"Client or Project"_s);
     Text1->installEventFilter(this);    // Enter is Done here, too
     m_text->setMaxLength(kLongestText); // what the engine refuses isn't caught here
-    auto *upper = new QFormLayout;
-    upper->addRow(u"Client or Project:"_s, Text1);
-    layOut(upper);
+    m_fields->addRow(u"Client or Project:"_s, Text1);
+    layOut(nullptr);
     resize(460, 260);
     Form_Load();
     m_text->setFocus();

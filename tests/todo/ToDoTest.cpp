@@ -200,7 +200,7 @@ TEST_F(ToDoTest, sortsAsTextWithTheFirstClickOnPriorityDescending)
     EXPECT_EQ(priorities(), u"5 2 10 1 "_s);
     form.ListView1().clickColumn(0);
     EXPECT_EQ(priorities(), u"1 10 2 5 "_s);
-    form.ListView1().clickColumn(1);
+    type(&form.ListView1(), Qt::Key_2, Qt::ControlModifier);
     EXPECT_EQ(priorities(), u"10 2 5 1 "_s) << "without regard to case";
     form.ListView1().addRow({u"3"_s, u"Beta"_s, {}, {}, {}});
     EXPECT_EQ(priorities(), u"10 3 2 5 1 "_s) << "at its sorted place";
@@ -268,7 +268,8 @@ TEST_F(ToDoTest, addsToTableAndListAtOnce)
         type(text, Qt::Key_Return);
         EXPECT_TRUE(form.isVisible());
         EXPECT_EQ(text->text(), u"call"_s);
-        control<QListWidget>(&form, u"List1"_s)->setCurrentRow(0);
+        control<QListWidget>(&form, u"List1"_s)->setFocus();
+        type(control<QListWidget>(&form, u"List1"_s), Qt::Key_Down); // to the first one
         control<QListWidget>(&form, u"List2"_s)
             ->setCurrentRow(control<QListWidget>(&form, u"List2"_s)->count() - 1);
         control<QRadioButton>(&form, u"Option1(4)"_s)->setChecked(true);
