@@ -38,14 +38,6 @@ const std::byte *BasePages::page(PageNo number)
     return page->data();
 }
 
-bool BasePages::passing(PageNo first, std::span<std::byte> room)
-{
-    if (m_map.empty())
-        return false;
-    m_file.read(std::uint64_t{first} * kPageSize, room);
-    return true;
-}
-
 void BasePages::written(PageNo number, const std::byte *bytes)
 {
     if (const auto found = m_cache.find(number); found != m_cache.end() && found->second)

@@ -19,7 +19,11 @@ public:
     // last one. Pages got earlier are no longer valid.
     void refresh(PageNo pageCount, bool changed);
     const std::byte *page(PageNo number); // below the page count; valid until the next refresh(). IoError
-    bool passing(PageNo first, std::span<std::byte> room); // whole pages; false: page() is the better way
+    // Whole pages from `first` on, copied and not kept. IoError
+    void passing(PageNo first, std::span<std::byte> room)
+    {
+        m_file.read(std::uint64_t{first} * kPageSize, room);
+    }
     // A commit has written this page; what page() gave shows it.
     void written(PageNo number, const std::byte *bytes);
     void grow(PageNo pageCount); // after a commit; pages got earlier stay valid

@@ -305,8 +305,7 @@ std::size_t FilePager::passing(PageNo first, std::span<std::byte> room)
     if (first >= m_basePages)
         return 0;
     const std::size_t count = std::min<std::size_t>(room.size() / kPageSize, m_basePages - first);
-    if (!m_base.passing(first, room.first(count * kPageSize)))
-        return 0;
+    m_base.passing(first, room.first(count * kPageSize));
     for (std::size_t i = 0; i < count && !m_changes.empty(); ++i) {
         if (const std::byte *changed = m_changes.find(first + static_cast<PageNo>(i)))
             std::memcpy(room.data() + i * kPageSize, changed, kPageSize);

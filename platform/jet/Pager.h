@@ -71,7 +71,7 @@ public:
     // Damaged; IoError if the medium fails.
     virtual const std::byte *page(PageNo number) = 0;
     // For one who passes over many pages once: the pages from `first` on as page() gives them now, copied to
-    // `room`; how many they are. None: mapping costs less, or there is no such page.
+    // `room`; how many they are. None: there is no such page in the file yet.
     virtual std::size_t passing(PageNo first, std::span<std::byte> room)
     {
         static_cast<void>(first);
