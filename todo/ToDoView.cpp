@@ -146,9 +146,12 @@ void ToDoView::keyPressEvent(QKeyEvent *event)
         return deleteKey();
     if ((key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_Escape) && closeKey)
         return closeKey();
-    if ((key == Qt::Key_Up || key == Qt::Key_Down) && event->modifiers() == Qt::AltModifier && moveKey)
+    const Qt::KeyboardModifiers held = event->modifiers() & ~Qt::KeypadModifier;
+    // Some window managers keep Alt and an arrow for themselves.
+    const bool moves = held == Qt::ControlModifier || held == Qt::AltModifier;
+    if ((key == Qt::Key_Up || key == Qt::Key_Down) && moves && moveKey)
         return moveKey(key == Qt::Key_Up ? -1 : 1);
-    if (event->modifiers() == Qt::ControlModifier && key >= Qt::Key_1 && key < Qt::Key_1 + columnCount())
+    if (held == Qt::ControlModifier && key >= Qt::Key_1 && key < Qt::Key_1 + columnCount())
         return clickColumn(key - Qt::Key_1);
     QTreeWidget::keyPressEvent(event);
 }

@@ -31,7 +31,7 @@ public:
     std::function<void(int row)> pressed, released;
     std::function<void()> deleteKey, closeKey; // Delete; Enter and Esc
     // Ctrl with the number of a column, from 1, is a click on its heading.
-    std::function<void(int step)> moveKey; // Alt with up (-1) and down (1)
+    std::function<void(int step)> moveKey; // Ctrl or Alt with up (-1) and down (1)
     // The two rows, from 1, change places but for their priorities. A row that isn't there: nothing.
     void exchange(int one, int other);
 

@@ -247,7 +247,7 @@ TEST_F(ToDoTest, exchangesAllButThePriorityByDragAndByKeyboard)
     release(1);
     EXPECT_EQ(whats(), u"2read 5draft 1call "_s);
     list.setCurrentItem(list.topLevelItem(0));
-    type(&list, Qt::Key_Down, Qt::AltModifier);
+    type(&list, Qt::Key_Down, Qt::ControlModifier);
     EXPECT_EQ(whats(), u"2draft 5read 1call "_s);
     EXPECT_EQ(list.selectedRow(), 2);
     type(&list, Qt::Key_Up, Qt::AltModifier);
