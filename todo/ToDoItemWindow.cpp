@@ -49,11 +49,8 @@ QWidget *ToDoItemWindow::makePriorities()
 {
     auto *Frame1 = new QGroupBox(u"Priority Level:"_s);
     Frame1->setObjectName(u"Frame1"_s);
-    QPalette sheet = Frame1->palette();
-    sheet.setColor(QPalette::Window, m_design.priorityColour);
-    sheet.setColor(QPalette::WindowText, Qt::black);
     Frame1->setAutoFillBackground(true);
-    Frame1->setPalette(sheet);
+    Frame1->setPalette(QPalette(m_design.priorityColour)); // pale in a dark look too, so all in it is light
     auto *row = new QHBoxLayout(Frame1);
     for (int i = 1; i <= kPriorities; ++i) {
         auto *option = new QRadioButton(QString::number(i));

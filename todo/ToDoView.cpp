@@ -18,6 +18,28 @@ ToDoRow cellsOf(const QTreeWidgetItem &item)
     return cells;
 }
 
+// Headings that don't fit end in dots; Qt 6.4 would clip a centred one on both sides.
+class Headings final : public QHeaderView
+{
+public:
+    Headings() : QHeaderView(Qt::Horizontal)
+    {
+        setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+        setSectionsClickable(true);
+        setStretchLastSection(false);
+        setMinimumSectionSize(1); // else the shares don't hold in a narrow window
+    }
+
+protected:
+    void initStyleOptionForIndex(QStyleOptionHeader *option, int column) const override
+    {
+        QHeaderView::initStyleOptionForIndex(option, column);
+        const int margins = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, option, this);
+        option->text =
+            option->fontMetrics.elidedText(option->text, Qt::ElideRight, sectionSize(column) - margins);
+    }
+};
+
 QTreeWidgetItem *itemOf(const ToDoRow &cells)
 {
     auto *item = new QTreeWidgetItem;
@@ -42,13 +64,11 @@ ToDoView::ToDoView(QWidget *parent) : QTreeWidget(parent)
     setSelectionMode(QAbstractItemView::SingleSelection);
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setAutoScroll(false);
+    setHeader(new Headings);
     setColumnCount(static_cast<int>(kToDoColumns));
     setHeaderLabels({kToDoHeadings.begin(), kToDoHeadings.end()});
     for (int column = 1; column < columnCount(); ++column)
         headerItem()->setTextAlignment(column, Qt::AlignCenter);
-    header()->setSectionsMovable(false);
-    header()->setSectionsClickable(true);
-    header()->setStretchLastSection(false);
     connect(header(), &QHeaderView::sectionClicked, this, &ToDoView::clickColumn);
     // The sheet is pale blue in a dark look too, so its ink is dark.
     QPalette sheet = palette();

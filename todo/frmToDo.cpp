@@ -8,6 +8,7 @@
 #include "todo/frmAddToToDo.h"
 #include "todo/frmEditToDo.h"
 
+#include <QEvent>
 #include <QMenuBar>
 #include <QScrollBar>
 #include <QVBoxLayout>
@@ -20,7 +21,8 @@ namespace {
 
 // Load and Resize have different margins on purpose; the first Resize comes right behind Load and sets the
 // lasting widths. Twips.
-constexpr int kLoadMargin = 500; // of the list in the window
+constexpr QSize kSmallest(300, 200); // pixels
+constexpr int kLoadMargin = 500;     // of the list in the window
 constexpr int kLoadAllowance = 170;
 constexpr int kResizeAllowance = 25;
 
@@ -32,6 +34,7 @@ frmToDo::frmToDo(Global &global, QWidget *parent)
     setObjectName(u"frmToDo"_s);
     setWindowTitle(u"To Do List"_s);
     setWindowFlag(Qt::WindowMaximizeButtonHint);
+    setMinimumSize(kSmallest);
     layOut();
     m_list->pressed = [this](int row) {
         if (row > 0)
@@ -66,6 +69,7 @@ void frmToDo::layOut()
     all->addWidget(m_list, 1);
     tabToButtonsLast(this);
     m_list->setFocus();
+    m_list->verticalScrollBar()->installEventFilter(this);
 }
 
 QMenuBar *frmToDo::makeMenus()
@@ -154,7 +158,19 @@ void frmToDo::resizeEvent(QResizeEvent *event)
 {
     QDialog::resizeEvent(event);
     layout()->activate();
-    // The list reaches to the window's edge. A bar for scrolling stands in the list itself.
+    fitColumns();
+}
+
+bool frmToDo::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::Show || event->type() == QEvent::Hide)
+        fitColumns();
+    return QDialog::eventFilter(watched, event);
+}
+
+// The list reaches to the window's edge. The bar for scrolling stands in the list itself.
+void frmToDo::fitColumns()
+{
     const QScrollBar *bar = m_list->verticalScrollBar();
     setWidths(toTwips(m_list->width() - (bar->isVisible() ? bar->width() : 0)), kResizeAllowance);
 }

@@ -31,6 +31,7 @@ public:
 
 protected:
     void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override; // the list's scroll bar comes and goes
 
 private:
     void layOut();
@@ -39,6 +40,7 @@ private:
     void Form_Load();
     void loadRows(std::vector<ToDoRow> &rows);
     void tellLoadError(const RunTimeError &error);
+    void fitColumns();
     void setWidths(int listWidth, int allowance); // twips
     void mnuAddItem_Click();
     void mnuDeleteItem_Click();

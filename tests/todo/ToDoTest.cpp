@@ -9,6 +9,7 @@
 #include <QElapsedTimer>
 #include <QListWidget>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QTimer>
 
 using namespace Qt::StringLiterals;
@@ -91,6 +92,11 @@ TEST_F(ToDoTest, showsTheTableInItsOrderAndAProjectOverAClient)
     form.show();
     const int twips = form.ListView1().width() * 15;
     EXPECT_EQ(form.ListView1().columnWidth(2), int((twips - 25) * 0.42) / 15) << "at the first Resize";
+    for (int i = 0; i < 30; ++i)
+        form.ListView1().addRow({u"1"_s, u"Lease"_s, {}, {}, {}});
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(form.ListView1().verticalScrollBar()->isVisible());
+    EXPECT_FALSE(form.ListView1().horizontalScrollBar()->isVisible()) << "the shares hold beside the bar";
 }
 
 TEST_F(ToDoTest, tellsOfARowThatIsDamagedAndShowsTheOthers)
