@@ -19,10 +19,11 @@ namespace vardelin {
 
 namespace {
 
+constexpr QSize kSmallest(300, 200); // pixels
+
 // Load and Resize have different margins on purpose; the first Resize comes right behind Load and sets the
 // lasting widths. Twips.
-constexpr QSize kSmallest(300, 200); // pixels
-constexpr int kLoadMargin = 500;     // of the list in the window
+constexpr int kLoadMargin = 500; // of the list in the window
 constexpr int kLoadAllowance = 170;
 constexpr int kResizeAllowance = 25;
 
