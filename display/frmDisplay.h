@@ -119,7 +119,7 @@ private:
     void Back_Click();
     void Forward_Click();
     void useThisWindow();
-    std::function<void()> fileCommand(void (*command)(Global &));
+    std::function<void()> fileCommand(void (*command)(Global &), const QString &lastWord = {});
 
     Global &m_global;
     Adodc Adodc1;

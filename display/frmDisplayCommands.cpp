@@ -39,12 +39,15 @@ void frmDisplay::makeMenus()
         {u"mnuSaveFileAs"_s, u"&Save File As ..."_s, {}, fileCommand(SaveFileAs)},
         {u"mnuOpenFile"_s, u"&Open File"_s, {}, fileCommand(OpenFile)},
         {u"mnuNewFile"_s, u"&New File"_s, {}, fileCommand(NewFile)},
-        {u"mnuImportVardelins"_s, u"&Import Vardelins"_s, {}, fileCommand(ImportLogs)},
+        {u"mnuImportVardelins"_s,
+         u"&Import Vardelins"_s,
+         {},
+         fileCommand(ImportLogs, u"The selected Vardelins have successfully been imported."_s)},
         {u"mnuExportVardelins"_s, u"&Export Vardelins"_s, {}, fileCommand(ExportLogs)},
         {u"mnuImportDatabase"_s,
          u"Import &Active Clients Information"_s,
          {},
-         fileCommand(ImportActiveClients)},
+         fileCommand(ImportActiveClients, u"The selected database has successfully been imported."_s)},
         {u"mnuExportActiveClients"_s,
          u"E&xport Active Clients Information"_s,
          {},
@@ -110,11 +113,14 @@ void frmDisplay::useThisWindow()
     m_global.DatabaseFileName = file();
 }
 
-std::function<void()> frmDisplay::fileCommand(void (*command)(Global &))
+// The two imports end on a word of this window's, whatever the command itself had to say: settled.
+std::function<void()> frmDisplay::fileCommand(void (*command)(Global &), const QString &lastWord)
 {
-    return [this, command] {
+    return [this, command, lastWord] {
         useThisWindow();
         command(m_global);
+        if (!lastWord.isEmpty())
+            m_global.services.dialogs.msgBox({lastWord});
     };
 }
 

@@ -19,6 +19,8 @@ namespace {
 
 const QString kCouldNot =
     u"Could not open source Vardelin database.  Please try again.  Error description: "_s;
+const QString kLogsCame = u"The selected Vardelins have successfully been imported."_s;
+const QString kClientsCame = u"The selected database has successfully been imported."_s;
 
 struct Office : OfficeProgram
 {
@@ -74,7 +76,16 @@ struct Office : OfficeProgram
     {
         dialogs.expectChoice({.FileName = file});
         dialogs.expectBeginning(message);
+        expectLastWord(menu);
         choose(window, menu);
+    }
+    // An import's end, told by the window after all that the command itself has told.
+    void expectLastWord(const QString &menu)
+    {
+        if (menu == "mnuImportVardelins"_L1)
+            dialogs.expect(kLogsCame);
+        if (menu == "mnuImportDatabase"_L1)
+            dialogs.expect(kClientsCame);
     }
     bool busy() const { return QGuiApplication::overrideCursor() != nullptr; }
     int position() { return window->control().Recordset().AbsolutePosition(); }
@@ -165,6 +176,7 @@ TEST(Transfers, goOnAfterACancelAndTouchNothing)
     for (const auto &menu : {u"mnuExportVardelins"_s, u"mnuImportVardelins"_s, u"mnuExportActiveClients"_s}) {
         office.dialogs.expectCancel();
         office.dialogs.expect(kCouldNot);
+        office.expectLastWord(menu);
         choose(office.window, menu);
         EXPECT_EQ(office.global.DatabaseFileName, u"*.MDB"_s);
         EXPECT_FALSE(office.busy());
@@ -172,6 +184,7 @@ TEST(Transfers, goOnAfterACancelAndTouchNothing)
     office.dialogs.expectCancel();
     office.dialogs.expect(u"Import Active Clients data function aborted by user."_s);
     office.dialogs.expect(u"Please try again.  Error description: "_s);
+    office.expectLastWord(u"mnuImportDatabase"_s);
     choose(office.window, u"mnuImportDatabase"_s);
     EXPECT_EQ(QDir(office.folder.path()).entryList(QDir::Files).size(), 1);
     EXPECT_EQ(office.position(), 1);
