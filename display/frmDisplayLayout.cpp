@@ -247,6 +247,7 @@ void frmDisplay::layOut()
     all->addLayout(status);
     setTabOrders();
     giveClipboardKeysToMenu(this);
+    Text1->setFocus();
 }
 
 // Three fields abreast where a date and time has room in each, else two.

@@ -43,6 +43,7 @@ frmAboutvarden::frmAboutvarden(QWidget *parent) : QDialog(parent), Image1(new QL
 void frmAboutvarden::layOut()
 {
     Image1->setObjectName(u"Image1"_s);
+    Image1->setAccessibleName(u"Vardelin"_s);
     Image1->setAlignment(Qt::AlignTop | Qt::AlignHCenter);
     QLabel *name = line(u"Label1"_s, u"Vardelin"_s);
     QFont large = name->font();

@@ -44,6 +44,7 @@ frmIntroduction::frmIntroduction(Global &global, QWidget *parent) : QDialog(pare
 
     auto *Image1 = new QLabel;
     Image1->setObjectName(u"Image1"_s);
+    Image1->setAccessibleName(u"Vardelin"_s);
     Image1->setPixmap(QIcon(u":/icons/vardelin.svg"_s).pixmap(64, 64));
     Image1->setAlignment(Qt::AlignTop);
     auto *Label1 = new QLabel(introductionText(m_global.NoClients, m_global.NoEmployees));

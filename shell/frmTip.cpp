@@ -43,6 +43,7 @@ void frmTip::layOut()
 
     auto *picture = new QLabel;
     picture->setObjectName(u"Picture1"_s);
+    picture->setAccessibleName(u"Vardelin"_s);
     picture->setPixmap(QIcon(u":/icons/vardelin.svg"_s).pixmap(48, 48));
     picture->setAlignment(Qt::AlignTop);
 

@@ -53,8 +53,11 @@ TEST_F(ChildWindows, AreNumberedForEverAndKeepTheirFile)
         << "the parent's own, with no child open";
     choose(&office.main, u"mnuMDisplay"_s);
     EXPECT_TRUE(office.bar().contains(u"&Delete Log"_s));
+    const auto focused = [&] { return office.activeChild()->focusWidget()->objectName(); };
+    EXPECT_EQ(focused(), u"Text1"_s) << "not a tool button";
     EntryWindow *first = open.NewEntryWindow();
     EXPECT_TRUE(office.bar().contains(u"&Log completed"_s)) << office.bar().join(u'|').toStdString();
+    EXPECT_EQ(focused(), u"Combo1"_s);
     EntryWindow *second = open.NewEntryWindow();
     EXPECT_EQ(office.children(),
               (QStringList{u"Display form 1"_s, u"Data entry form 1"_s, u"Data entry form 2"_s}));
