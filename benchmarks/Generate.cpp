@@ -163,6 +163,62 @@ void addLogs(jet::File &file, int count)
     }
 }
 
+std::u16string lines(Numbers &numbers, std::size_t most)
+{
+    std::u16string text;
+    for (std::size_t left = 1 + numbers.below(most); left > 0; --left) {
+        for (std::size_t words = 4 + numbers.below(8); words > 0; --words)
+            text += numbers.pick(kWords) + u' ';
+        text.back() = u'.';
+        if (left > 1)
+            text += u"\r\n";
+    }
+    return text;
+}
+
+std::u16string telephone(Numbers &numbers)
+{
+    return QString::number(2'000'000'000 + numbers.below(1'000'000'000)).toStdU16String();
+}
+
+// kind: u"Active" or u"Inactive", of the columns that both tables have. No two clients have one name.
+Writer &setClient(Writer &row, const std::u16string &kind, int number, Numbers &numbers)
+{
+    const std::u16string client = kind + u" Client ";
+    const std::u16string ofName = kind == u"Active" ? u"Client " : client;
+    return row.set(ofName + u"Last Name", numbers.pick(kLastNames) + QString::number(number).toStdU16String())
+        .set(ofName + u"First Name", numbers.pick(kFirstNames))
+        .set(client + u"First Address", u"14 " + numbers.pick(kLastNames) + u" Road")
+        .set(client + u"City", std::u16string(u"Fairhaven"))
+        .set(client + u"State", std::u16string(u"NY"))
+        .set(client + u"Zip Code", std::u16string(u"10451"))
+        .set(client + u"Home Telephone", telephone(numbers))
+        .set(client + u"Work Telephone", telephone(numbers))
+        .set(client + u"Claim Type", lines(numbers, 1))
+        .set(client + u"Retainer Date", jet::DateTime{kFirstDay + static_cast<double>(numbers.below(4000))})
+        .set(client + u"Retainer Terms", lines(numbers, 3))
+        .set(client + u"Referrer", numbers.pick(kFirstNames));
+}
+
+void addClients(jet::File &file, int active, int inactive)
+{
+    Numbers numbers;
+    const jet::DateTime closed{kFirstDay + 4000};
+    Writer open(file.table(u"Active Clients")), done(file.table(u"Inactive Clients"));
+    jet::Scope scope(file);
+    for (int i = 0; i < active; ++i)
+        setClient(open, u"Active", i, numbers)
+            .set(u"Active Client Defendant", numbers.pick(kLastNames) + u" & Sons")
+            .set(u"Active Client Opposing Attorney", std::u16string(kEmployees[1]))
+            .set(u"Active Client OPA Telephone", telephone(numbers))
+            .set(u"Active Client History", lines(numbers, 12))
+            .set(u"Active Client Things To Do", lines(numbers, 6))
+            .insert();
+    for (int i = 0; i < inactive; ++i)
+        setClient(done, u"Inactive", i, numbers).set(u"Inactive Client Case Closed Date", closed).insert();
+    scope.commit();
+}
+
 void createEmpty(const QString &path)
 {
     QuietProgram program(path);
@@ -182,6 +238,12 @@ void generate(const QString &path, int logs)
         scope.commit();
     }
     addLogs(*file, logs);
+}
+
+void generateClients(const QString &path, int active, int inactive)
+{
+    createEmpty(path);
+    addClients(*jet::File::open(path.toStdU16String()), active, inactive);
 }
 
 } // namespace vardelin::bench

@@ -17,4 +17,8 @@ inline constexpr char16_t kCommonWord[] = u"SUBPOENA";        // in those of one
 // was entered late. RunTimeError or jet::Error where the file can't be made.
 void generate(const QString &path, int logs);
 
+// The same without logs, and with so many clients: `active` ones with address, case and a To Do of some
+// lines, and `inactive` ones whose cases are closed. Neither stand in the order of their names.
+void generateClients(const QString &path, int active, int inactive);
+
 } // namespace vardelin::bench

@@ -3,6 +3,7 @@
 // a disk and not in memory; the program's own is taken where none is given.
 
 #include "benchmarks/Children.h"
+#include "benchmarks/Contacts.h"
 #include "benchmarks/Figures.h"
 #include "benchmarks/Generate.h"
 #include "benchmarks/Reports.h"
@@ -31,6 +32,8 @@ constexpr int kStarts = 15;
 constexpr int kSaves = 101;
 constexpr int kReportLogs = 10'000;
 constexpr int kReports = 3;
+constexpr int kClients = 5'000;
+constexpr int kClosed = 1'000;
 constexpr double kMegabyte = 1'000'000;
 
 void tell(const char *name, double seconds)
@@ -154,6 +157,16 @@ void measureToDo(const QString &file)
         tellGoal(qPrintable(u"todo_5000_"_s + QString::fromLatin1(name)), lines[name], 1.0);
 }
 
+void measureContacts(const QString &file)
+{
+    const QMap<QByteArray, double> lines = runChild({u"--contacts"_s, file});
+    for (const char *name :
+         {"open_contacts", "open_inactive", "display_inactive", "contacts_report_first_page"})
+        tell(qPrintable(QString::fromLatin1(name) + "_5000_clients"_L1), lines[name]);
+    tellGoal("open_contacts_5000_clients", lines["open_contacts"], 0.2);
+    tellGoal("contacts_report_first_page_5000", lines["contacts_report_first_page"], 0.5);
+}
+
 void measureSave(const QString &file)
 {
     const SaveCost cost = measureSaves(file, kSaves);
@@ -183,6 +196,9 @@ int measureAll(const QString &folder)
     generate(middle, kReportLogs);
     measureReport(middle, files.filePath(u"report.pdf"_s));
     measureToDo(files.filePath(u"todo.mdb"_s));
+    const QString clients = files.filePath(u"clients.mdb"_s);
+    generateClients(clients, kClients, kClosed);
+    measureContacts(clients);
     return 0;
 }
 
@@ -200,6 +216,8 @@ int main(int argc, char **argv)
             return startBareWindow(argc, argv, true);
         if (std::strcmp(argument, "--display") == 0)
             return useDisplay(argc, argv);
+        if (argc > 2 && std::strcmp(argument, "--contacts") == 0)
+            return useContacts(argc, argv);
         if (argc > 3 && std::strcmp(argument, "--report") == 0)
             return makeReport(argc, argv);
         if (argc > 3 && std::strcmp(argument, "--report-document") == 0)

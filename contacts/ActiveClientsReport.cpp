@@ -96,8 +96,8 @@ ReportDesign dataReport2Design()
                  375,
                  {block(u"Text1"_s, 0, u"Client"_s), block(u"Text2"_s, 1, u"CaseInfo"_s),
                   block(u"Text4"_s, 2, u"Defendant"_s), block(u"Text3"_s, 3, u"Things To Do"_s)}},
-                {u"Section3"_s, Kind::PageFooter, 0},
-                {u"Section5"_s, Kind::ReportFooter, 0}}};
+                {u"Section5"_s, Kind::PageFooter, 0},
+                {u"Section3"_s, Kind::ReportFooter, 0}}};
 }
 
 } // namespace vardelin

@@ -6,6 +6,7 @@
 #include "shell/state/Global.h"
 
 #include <QApplication>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QScrollArea>
@@ -14,6 +15,12 @@
 using namespace Qt::StringLiterals;
 
 namespace vardelin {
+
+namespace {
+
+constexpr int kLeastWidth = 6750, kLeastHeight = 3600; // twips; of the window's inside
+
+} // namespace
 
 ClientWindow::ClientWindow(Global &global, const QString &name, const QString &caption, QWidget *parent)
     : QDialog(parent), m_global(global)
@@ -62,13 +69,27 @@ void ClientWindow::layOut(const Design &design)
     };
     m_all = new QVBoxLayout(this);
     m_all->setMenuBar(bar);
-    const int margin = toPixels(50);
-    m_all->setContentsMargins(margin, margin, margin, margin);
-    m_all->setSpacing(margin);
-    m_all->addWidget(TabStrip1);
+    const int margin = toPixels(50); // beside what has none of its own
+    const auto beside = [&](QWidget *widget) {
+        auto *row = new QHBoxLayout;
+        row->setContentsMargins(margin, 0, margin, 0);
+        row->addWidget(widget);
+        m_all->addLayout(row);
+    };
+    m_all->setContentsMargins(0, 0, 0, 0);
+    m_all->setSpacing(0);
+    beside(TabStrip1);
     m_all->addWidget(m_body, 1);
-    m_all->addWidget(HScroll1);
-    m_all->addWidget(m_navigator);
+    beside(HScroll1);
+    beside(m_navigator);
+    setMinimumSize(toPixels(kLeastWidth), toPixels(kLeastHeight));
+}
+
+QSize ClientWindow::sizeHint() const
+{
+    const int bars = TabStrip1->sizeHint().height() + HScroll1->sizeHint().height() +
+                     m_navigator->sizeHint().height() + m_all->menuBar()->sizeHint().height();
+    return m_pane->sizeHint() + QSize(0, bars);
 }
 
 void ClientWindow::openRecords()
@@ -76,6 +97,15 @@ void ClientWindow::openRecords()
     Adodc1.ConnectionString = ado::connectionText(m_global.DatabaseFileName);
     Adodc1.RecordSource = m_select;
     Adodc1.Refresh();
+}
+
+void ClientWindow::refresh()
+{
+    try {
+        openRecords();
+    } catch (const RunTimeError &error) {
+        Adodc1.onError(error);
+    }
 }
 
 QAction *ClientWindow::command(const QString &name) const

@@ -40,13 +40,15 @@ protected:
     void layOut(const Design &design);
     virtual void Adodc1_MoveComplete(MoveReason reason) = 0;
     virtual void TabStrip1_Click(int index);
-    void openRecords(); // ConnectionString, RecordSource, Refresh
+    void openRecords(); // ConnectionString, RecordSource, Refresh; throws
+    void refresh();     // the same; onError is told what failed, and nothing is open then
     void showMove();    // the ends, the name, the scroll bar
     // Moves away from the record and back, which commits it. False: the engine refused it.
     bool moveAwayAndBack();
     QAction *command(const QString &name) const;
     void setScrollVisible(bool visible);
     void keyPressEvent(QKeyEvent *event) override;
+    QSize sizeHint() const override;
 
     Global &m_global;
     Adodc Adodc1;

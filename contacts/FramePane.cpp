@@ -17,12 +17,12 @@ namespace vardelin {
 namespace {
 
 // In twips.
-constexpr int kFirstRow = 350;
 constexpr int kRowHeight = 615;
 constexpr int kGap = 50;
 constexpr int kTextLeft = 100;
 constexpr int kTextTop = 200;
 constexpr int kTextHeight = 300;
+constexpr int kFourInRow = 4;
 
 // Stored line ends, whatever they are, stay as they are unless the text is edited; then they are CR LF.
 BoundField boundMemo(QPlainTextEdit *edit, const QString &column)
@@ -61,9 +61,10 @@ std::vector<QRect> frameRects(const std::vector<int> &framesInRow, QSize room, i
         const bool last = row + 1 == framesInRow.size();
         const int height = last ? std::max(rowHeight, room.height() - top - gap) : rowHeight;
         const int count = framesInRow[row];
-        const int width = (room.width() - (count + 1) * gap) / count;
+        const int between = count < kFourInRow ? gap : 0;
+        const int width = (room.width() - 2 * gap - (count - 1) * between) / count;
         for (int i = 0; i < count; ++i)
-            rects.emplace_back(gap + i * (width + gap), top, width, height);
+            rects.emplace_back(gap + i * (width + between), top, width, height);
         top += height;
     }
     return rects;
@@ -77,6 +78,9 @@ FramePane::FramePane(std::vector<FieldDesign> fields, Adodc &control, QWidget *p
         frame->setObjectName(design.frame);
         QWidget *field = makeField(design, control);
         field->setParent(frame);
+        QFont plain; // of it just this counts: the caption's may be narrowed
+        plain.setStretch(QFont::Unstretched);
+        field->setFont(plain);
         field->setObjectName(design.name);
         field->setAccessibleName(design.caption);
         frame->hide();
@@ -89,7 +93,7 @@ QWidget *FramePane::makeField(const FieldDesign &design, Adodc &control)
 {
     switch (design.kind) {
     case FieldDesign::Kind::Line: {
-        auto *line = new QLineEdit;
+        auto *line = m_line = new QLineEdit;
         control.bind(boundLine(line, design.column));
         return line;
     }
@@ -110,6 +114,7 @@ QWidget *FramePane::makeField(const FieldDesign &design, Adodc &control)
     }
     auto *memo = new QPlainTextEdit;
     memo->setTabChangesFocus(true);
+    memo->document()->setDocumentMargin(2); // else a frame of one line would show a scroll bar
     control.bind(boundMemo(memo, design.column));
     return memo;
 }
@@ -130,10 +135,12 @@ QWidget *FramePane::field(const QString &name) const
     return m_fields.at(static_cast<std::size_t>(design - m_designs.begin()));
 }
 
-QGroupBox *FramePane::frame(const QString &name) const
+void FramePane::setCaption(const QString &frame, const QString &caption)
 {
-    const auto design = std::ranges::find(m_designs, name, &FieldDesign::frame);
-    return m_frames.at(static_cast<std::size_t>(design - m_designs.begin()));
+    const auto design = std::ranges::find(m_designs, frame, &FieldDesign::frame);
+    QGroupBox *box = m_frames.at(static_cast<std::size_t>(design - m_designs.begin()));
+    box->setTitle(QString(caption).replace(u'&', u"&&"_s));
+    fitCaption(*box);
 }
 
 DatePicker *FramePane::date(const QString &name) const
@@ -153,28 +160,48 @@ std::vector<int> FramePane::framesInRow(int tab) const
     return counts;
 }
 
-// The design's height, or what the user's font needs.
+// The design's heights, or what the user's font needs.
+int FramePane::captionHeight() const
+{
+    constexpr int kAround = 2; // that the style leaves above and below the letters
+    return std::max(toPixels(kTextTop), fontMetrics().height() + kAround);
+}
+
+int FramePane::lineHeight() const
+{
+    return std::max(toPixels(kTextHeight), m_line->sizeHint().height());
+}
+
 int FramePane::rowHeight() const
 {
-    const int caption = std::max(toPixels(kTextTop), fontMetrics().height());
-    const int text = std::max(toPixels(kTextHeight), QLineEdit().sizeHint().height());
-    return std::max(toPixels(kRowHeight), caption + text + toPixels(kTextLeft));
+    return std::max(toPixels(kRowHeight), captionHeight() + lineHeight() + toPixels(kGap));
+}
+
+// A caption wider than its frame is set narrower, down to what can be read.
+void FramePane::fitCaption(QGroupBox &frame) const
+{
+    constexpr int kNarrowest = 75; // per cent
+    const int wanted = fontMetrics().size(Qt::TextShowMnemonic, frame.title()).width();
+    QFont font;
+    font.setStretch(std::clamp(100 * frame.width() / std::max(wanted, 1), kNarrowest, 100));
+    frame.setFont(font);
 }
 
 void FramePane::layOut()
 {
     const std::vector<QRect> rects = frameRects(framesInRow(m_tab), size(), rowHeight());
     const int left = toPixels(kTextLeft);
-    const int top = std::max(toPixels(kTextTop), fontMetrics().height());
+    const int top = captionHeight();
+    const int below = toPixels(kRowHeight - kTextTop - kTextHeight);
     std::size_t next = 0;
     for (std::size_t i = 0; i < m_designs.size(); ++i) {
         if (m_designs[i].tab != m_tab)
             continue;
         const QRect &rect = rects[next++];
         m_frames[i]->setGeometry(rect);
+        fitCaption(*m_frames[i]);
         const bool memo = m_designs[i].kind == FieldDesign::Kind::Memo;
-        const int room = rect.height() - top - left;
-        const int height = memo ? room : std::min(room, rowHeight() - top - left);
+        const int height = memo ? std::max(lineHeight(), rect.height() - top - below) : lineHeight();
         m_fields[i]->setGeometry(left, top, rect.width() - 2 * left, height);
     }
 }
@@ -183,13 +210,12 @@ QSize FramePane::minimumSizeHint() const
 {
     const auto rows = static_cast<int>(framesInRow(m_tab).size());
     const int more = 2 * fontMetrics().lineSpacing(); // the last frame is read, not only seen
-    return {fontMetrics().horizontalAdvance(u'0') * 56, rows * rowHeight() + more};
+    return {fontMetrics().horizontalAdvance(u'0') * 52, rows * rowHeight() + more};
 }
 
 QSize FramePane::sizeHint() const
 {
-    const int top = toPixels(kFirstRow);
-    return {toPixels(9000), 9 * rowHeight() + top};
+    return {toPixels(9000), 9 * rowHeight()};
 }
 
 void FramePane::resizeEvent(QResizeEvent *)

@@ -7,11 +7,13 @@
 #include <QWidget>
 #include <vector>
 
+class QLineEdit;
+
 namespace vardelin {
 
 class DatePicker;
 
-// One frame with its field. Frames of the same row stand side by side and share its width equally.
+// One frame with its field. Frames of the same row stand side by side and are equally wide.
 struct FieldDesign
 {
     enum class Kind { Line, Memo, Mask, Date };
@@ -26,7 +28,8 @@ struct FieldDesign
 };
 
 // Where the frames of one tab stand. framesInRow: how many in each row, from the top. Rows are `rowHeight`
-// high, the last one takes what is left. In pixels.
+// high, the last one takes what is left. Two or three in a row have a gap between them; four take its room,
+// too, as telephone numbers need it. In pixels.
 std::vector<QRect> frameRects(const std::vector<int> &framesInRow, QSize room, int rowHeight);
 
 class FramePane : public QWidget
@@ -36,7 +39,7 @@ public:
     FramePane(std::vector<FieldDesign> fields, Adodc &control, QWidget *parent = nullptr);
     void showTab(int tab); // 0: none
     QWidget *field(const QString &name) const;
-    QGroupBox *frame(const QString &name) const;
+    void setCaption(const QString &frame, const QString &caption);
     DatePicker *date(const QString &name) const;
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -47,12 +50,16 @@ protected:
 private:
     QWidget *makeField(const FieldDesign &design, Adodc &control);
     void layOut();
+    void fitCaption(QGroupBox &frame) const;
+    int captionHeight() const;
+    int lineHeight() const;
     int rowHeight() const;
     std::vector<int> framesInRow(int tab) const;
 
     const std::vector<FieldDesign> m_designs;
     std::vector<QGroupBox *> m_frames; // one for each design
     std::vector<QWidget *> m_fields;
+    QLineEdit *m_line = nullptr; // any of them: as high as a line of text needs
     int m_tab = 0;
 };
 

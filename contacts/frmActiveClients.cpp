@@ -87,11 +87,7 @@ void frmActiveClients::Form_Load()
     const QString kept = m_global.CurrentSQL;
     m_pane->date(u"DTPicker1"_s)->setValue(DateSerial{std::floor(m_global.services.clock.now().days)});
     m_pane->showTab(1);
-    try {
-        openRecords();
-    } catch (const RunTimeError &error) {
-        Adodc1.onError(error);
-    }
+    refresh();
     m_global.CurrentSQL = Adodc1.RecordSource;
     const bool rows = Adodc1.isOpen() && Adodc1.Recordset().RecordCount() > 0;
     command(u"mnuSave"_s)->setEnabled(rows);
@@ -156,7 +152,7 @@ void frmActiveClients::resizeEvent(QResizeEvent *event)
 {
     ClientWindow::resizeEvent(event);
     const bool narrow = toTwips(frameGeometry().width()) < kNarrow;
-    m_pane->frame(u"Frame1(9)"_s)->setTitle(narrow ? u"Alt Telephone"_s : u"Alternative Telephone"_s);
+    m_pane->setCaption(u"Frame1(9)"_s, narrow ? u"Alt Telephone"_s : u"Alternative Telephone"_s);
 }
 
 } // namespace vardelin

@@ -133,23 +133,22 @@ void frmInactiveClients::Form_Load()
     List1->setFocus();
 }
 
+// Record sets of their own leave the window's where they stand, and thousands of rows are read at once.
 void frmInactiveClients::fillLists()
 {
-    QStringList entries;
-    if (m_active->RecordCount() > 0)
-        for (m_active->MoveFirst(); !m_active->EOF_(); m_active->MoveNext())
-            entries += joinName(joinText(m_active->Fields(u"Client Last Name"_s)),
-                                joinText(m_active->Fields(u"Client First Name"_s)));
-    List1->setEntries(entries);
-    entries.clear();
-    ado::Recordset &closed = Adodc1.Recordset();
-    for (; !closed.EOF_(); closed.MoveNext())
-        entries += joinName(joinText(closed.Fields(u"Inactive Client Last Name"_s)),
-                            joinText(closed.Fields(u"Inactive Client First Name"_s)));
-    List2->setEntries(entries);
-    if (closed.RecordCount() > 0)
-        closed.MoveFirst();
-    Adodc1.dropEdits(); // the fields show that record again
+    ado::Connection &connection = Adodc1.ActiveConnection();
+    const ado::ReadTogether together(connection);
+    const auto namesIn = [&](const QString &table, const QString &columns) {
+        QStringList entries;
+        ado::Recordset rows;
+        rows.Open(table, connection);
+        for (; !rows.EOF_(); rows.MoveNext())
+            entries += joinName(joinText(rows.Fields(columns + u"Last Name"_s)),
+                                joinText(rows.Fields(columns + u"First Name"_s)));
+        return entries;
+    };
+    List1->setEntries(namesIn(u"[Active Clients]"_s, u"Client "_s));
+    List2->setEntries(namesIn(u"[Inactive Clients]"_s, u"Inactive Client "_s));
 }
 
 void frmInactiveClients::showLists(bool lists)
@@ -230,8 +229,8 @@ void frmInactiveClients::mnuDisplayInactiveClients_Click()
     command(u"mnuSave"_s)->setEnabled(true);
     command(u"mnuDisplayInactiveClients"_s)->setEnabled(false);
     showLists(false);
-    Adodc1.Refresh();
-    if (!Adodc1.Recordset().EOF_()) {
+    refresh();
+    if (Adodc1.isOpen() && !Adodc1.Recordset().EOF_()) {
         Adodc1.MoveLast();
     } else {
         command(u"mnuDeactivateClient"_s)->setEnabled(false);

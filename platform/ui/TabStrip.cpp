@@ -5,7 +5,7 @@
 
 namespace vardelin {
 
-TabStrip::TabStrip(const QStringList &captions, QWidget *parent) : QTabBar(parent)
+TabStrip::TabStrip(const QStringList &captions, QWidget *parent) : QTabBar(parent), m_designed(captions)
 {
     setExpanding(false);
     setDrawBase(false);
@@ -39,6 +39,12 @@ void TabStrip::setTabCaption(int index, const QString &caption)
 QString TabStrip::tabCaption(int index) const
 {
     return tabToolTip(index - 1);
+}
+
+QSize TabStrip::minimumTabSizeHint(int tab) const
+{
+    const bool designed = tabCaption(tab + 1) == m_designed.value(tab);
+    return designed ? tabSizeHint(tab) : QTabBar::minimumTabSizeHint(tab);
 }
 
 void TabStrip::step(int direction)

@@ -1,5 +1,6 @@
 #pragma once
-// The tab strip: tabs without pages of their own. What shows on each is the form's business.
+// The tab strip: tabs without pages of their own. What shows on each is the form's business. Where there is
+// little room a caption that was set later is cut short; those of the design are not.
 
 #include <QTabBar>
 #include <functional>
@@ -20,9 +21,13 @@ public:
     // window, which is where forms move the focus. A click on the tab on view counts, too.
     std::function<void(int index)> Click;
 
+protected:
+    QSize minimumTabSizeHint(int tab) const override;
+
 private:
     void step(int direction);
     void choose(int tab);
+    const QStringList m_designed;
 };
 
 } // namespace vardelin

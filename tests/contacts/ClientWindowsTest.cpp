@@ -1,82 +1,20 @@
 // The contact database, its report, and the closing of cases, on a real file.
 
+#include "tests/contacts/ClientWindows.h"
 #include "contacts/ActiveClientsReport.h"
-#include "contacts/Deactivation.h"
-#include "contacts/frmActiveClients.h"
-#include "contacts/frmInactiveClients.h"
 #include "platform/base/Dates.h"
+#include "platform/report/ReportExport.h"
 #include "platform/ui/MaskEdBox.h"
-#include "tests/contacts/ListWindows.h"
 
-#include <QElapsedTimer>
 #include <QPlainTextEdit>
+#include <QPrinter>
+#include <QScrollArea>
 #include <QScrollBar>
-#include <QTimer>
+#include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
 namespace vardelin::testing_support {
-
-using Row = std::vector<std::pair<QString, Value>>;
-
-struct ClientWindowsTest : ListWindowsTest
-{
-    ClientWindowsTest()
-    {
-        global.openers.showReport = [this](DataReport &report) { printed = textOf(report); };
-    }
-    void addClient(const QString &last, const QString &first, Row more = {})
-    {
-        Row row{{u"Client First Name"_s, first}, {u"Client Last Name"_s, last}};
-        for (auto &[column, value] : more)
-            row.emplace_back(u"Active Client "_s + column, value);
-        add(u"Active Clients"_s, row);
-    }
-    void addThree()
-    {
-        addClient(u"Roe"_s, u"Jane"_s);
-        addClient(u"Young"_s, u"Al"_s, {{u"Work Telephone"_s, u"(517) 555-0001"_s}});
-        addClient(u"Ash"_s, u"Bo"_s, {{u"Work Telephone"_s, u"5175550002"_s}});
-    }
-    static QString shown(const QDialog *form, const QString &name)
-    {
-        return control<QLineEdit>(form, name)->text();
-    }
-    static QString tab(const QDialog *form) { return control<TabStrip>(form, u"TabStrip1"_s)->tabCaption(1); }
-    static void navigate(const QDialog *form, const QString &button)
-    {
-        auto *navigator = control<RecordNavigator>(form, u"Adodc1"_s);
-        QTest::mouseClick(control<QToolButton>(navigator, button), Qt::LeftButton);
-    }
-    // What the day picker of a deactivation is answered, when it comes up.
-    void answerDay(const QString &menu)
-    {
-        QTimer::singleShot(0, qApp, [=] {
-            auto *form = QApplication::activeModalWidget();
-            ASSERT_TRUE(form && form->objectName() == u"frmDatePicker"_s);
-            EXPECT_EQ(form->windowTitle(), u"Pick a date for case closure"_s);
-            choose(form, menu);
-        });
-    }
-    void clickOn(const QDialog *form, const QString &entry)
-    {
-        const auto found = list(form)->findItems(entry, Qt::MatchExactly);
-        ASSERT_FALSE(found.isEmpty());
-        QTest::mouseClick(list(form)->viewport(), Qt::LeftButton, {},
-                          list(form)->visualItemRect(found.front()).center());
-    }
-    void expectQuestion(const QString &name, Answer answer)
-    {
-        dialogs.expect(
-            {.prompt = u"Are you sure you want to move "_s + name + u" to the list of Inactive Clients?"_s,
-             .title = u"Deactivating client"_s,
-             .buttons = Buttons::YesNo},
-            answer);
-    }
-    const QString updated = u"Database updated. Continue with Active Clients window?"_s;
-    const QString nothing = u"No records have been entered.  Use the Entry form to enter data."_s;
-    QString printed;
-};
 
 TEST_F(ClientWindowsTest, OpensOnTheLastOfTheAlphabetAndShowsEveryField)
 {
@@ -138,6 +76,17 @@ TEST_F(ClientWindowsTest, SaveAndMovesCommitEveryKindOfField)
     for (const QString &text : {u"Łódź"_s, u"\"4978312\""_s, u"2026-10-16"_s, u"\"(517) 555-0001\""_s,
                                 u"\"5175550002\""_s, u"Call\r\nWrite"_s})
         EXPECT_TRUE(row.contains(text)) << text.toStdString() << " in " << row.toStdString();
+    if (const auto read = readByNpm(global.DatabaseFileName, u"Active Clients"_s, VARDELIN_ROOT)) {
+        ASSERT_EQ(read->size(), 3);
+        const QJsonObject al = read->at(1);
+        for (const auto &[name, text] : {std::pair{u"City"_s, u"Łódź"_s},
+                                         {u"Zip Code"_s, u"4978312"_s},
+                                         {u"Work Telephone"_s, u"(517) 555-0001"_s},
+                                         {u"Retainer Date"_s, u"2026-10-16 00:00:00"_s},
+                                         {u"Things To Do"_s, u"Call\r\nWrite"_s}})
+            EXPECT_EQ(al.value(u"Active Client "_s + name).toString(), text) << name.toStdString();
+        EXPECT_TRUE(al.value(u"Active Client State"_s).isNull()) << "never touched";
+    }
 
     typeOver(control<QLineEdit>(form.get(), u"Text1(4)"_s), QString(60, u'x'));
     dialogs.expect(u"Error in data control Adodc1: "_s + descriptionOf(3163) +
@@ -199,6 +148,10 @@ TEST_F(ClientWindowsTest, OneClientIsSavedInPlaceAndTheCaptionFollowsTheWidth)
     EXPECT_EQ(frame->title(), u"Alt Telephone"_s);
     form->resize(467 - edges, 500); // 7005
     EXPECT_EQ(frame->title(), u"Alternative Telephone"_s);
+    const int inside = control<QScrollArea>(form.get(), QString())->viewport()->width();
+    EXPECT_EQ(frame->width(), (inside - 6) / 4) << "a quarter of what lies between the margins";
+    EXPECT_EQ(control<QGroupBox>(form.get(), u"Frame1(3)"_s)->width(), (inside - 12) / 3);
+    EXPECT_GE(frame->geometry().top(), 4 * 41) << "the fifth row";
 }
 
 TEST_F(ClientWindowsTest, TheReportPutsItsBlocksSideBySide)
@@ -243,6 +196,63 @@ TEST_F(ClientWindowsTest, TheReportPutsItsBlocksSideBySide)
     records.MoveNext();
     EXPECT_TRUE(joinText(records.Fields(u"Client"_s)).endsWith(u"\rEmail: jane@example.org\r\r"_s));
     EXPECT_EQ(joinText(records.Fields(u"Defendant"_s)), u"\rDefendant: Doe"_s) << "begins a line lower";
+}
+
+// As it comes out of a printer: read back by another program.
+TEST_F(ClientWindowsTest, ThePrintedReportKeepsAClientOnOnePageAndLosesNoLine)
+{
+    if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty())
+        GTEST_SKIP() << "pdftotext (poppler-utils) is not installed: the print was not read back";
+    constexpr int kClients = 9, kLong = 4, kLongLines = 90;
+    const auto lines = [](int client, const char16_t *kind, int count) {
+        QString text;
+        for (int i = 1; i <= count; ++i)
+            text += u"%1%2-%3 of the matter\r\n"_s.arg(QString::fromUtf16(kind)).arg(client).arg(i);
+        return text;
+    };
+    const auto toDo = [](int client) { return client == kLong ? kLongLines : 5 + 2 * client; };
+    for (int client = 1; client <= kClients; ++client)
+        addClient(u"Last%1"_s.arg(client), u"First%1"_s.arg(client),
+                  {{u"Retainer Terms"_s, lines(client, u"Terms", 12 - client)},
+                   {u"Opposing Attorney"_s, u"Counsel%1"_s.arg(client)},
+                   {u"Things To Do"_s, lines(client, u"Do", toDo(client))}});
+    const QString pdf = folder.filePath(u"clients.pdf"_s);
+    global.openers.showReport = [&](DataReport &report) {
+        QPrinter toFile(QPrinter::HighResolution);
+        toFile.setOutputFormat(QPrinter::PdfFormat);
+        toFile.setOutputFileName(pdf);
+        const FaceMeasurer measurer;
+        ReportPages pages(report.design(), report.records(), measurer, paperOf(toFile));
+        ASSERT_TRUE(printReport(pages, toFile, [](int, int) { return true; }));
+    };
+    choose(make<frmActiveClients>().get(), u"mnuReport"_s);
+    QStringList pages = outputOf(u"pdftotext"_s, {u"-layout"_s, pdf, u"-"_s}).split(u'\f');
+    EXPECT_EQ(pages.takeLast(), QString());
+    ASSERT_GT(pages.size(), 3);
+    const auto pageOf = [&](const QString &text) {
+        int found = -1;
+        for (int page = 0; page < pages.size(); ++page) {
+            if (!pages[page].contains(text + u' '))
+                continue;
+            EXPECT_EQ(found, -1) << text.toStdString() << " is there twice";
+            found = page;
+        }
+        EXPECT_GE(found, 0) << text.toStdString() << " is lost";
+        return found;
+    };
+    for (int page = 0; page < pages.size(); ++page) {
+        EXPECT_EQ(pages[page].contains(u"Vardelin Active Clients Report"_s), page == 0);
+        EXPECT_EQ(pages[page].count(u"Priority Things To Do"_s), 1);
+    }
+    for (int client = 1; client <= kClients; ++client) {
+        int last = pageOf(u"Last%1"_s.arg(client));
+        for (int i = 1; i <= toDo(client); ++i) {
+            const int page = pageOf(u"Do%1-%2"_s.arg(client).arg(i));
+            EXPECT_TRUE(page == last || (client == kLong && page == last + 1)) << client << ' ' << i;
+            last = page;
+        }
+    }
+    EXPECT_EQ(pageOf(u"Do%1-%2"_s.arg(kLong).arg(kLongLines)), pageOf(u"Last%1"_s.arg(kLong)) + 1);
 }
 
 TEST_F(ClientWindowsTest, ADeactivationMovesTheRowItsListEntryAndThePickLists)
@@ -341,6 +351,21 @@ TEST_F(ClientWindowsTest, WithoutClosedCasesTheDisplayViewLeavesOnlyReturn)
         EXPECT_FALSE(control<QAction>(form.get(), QString::fromUtf16(name))->isEnabled());
     choose(form.get(), u"mnuReturn"_s);
     EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(ClientWindowsTest, AFileThatIsGoneIsToldAsTheDataControlsError)
+{
+    const auto form = make<frmInactiveClients>();
+    const QString file = global.DatabaseFileName, aside = file + u".aside"_s;
+    ASSERT_TRUE(QFile::rename(file, aside));
+    dialogs.expectBeginning(u"Error in data control module.Could not find file"_s);
+    choose(form.get(), u"mnuDisplayInactiveClients"_s);
+    EXPECT_EQ(ended, 0);
+    EXPECT_FALSE(control<QAction>(form.get(), u"mnuSave"_s)->isEnabled());
+    dialogs.expectBeginning(u"Error in data control Adodc1: Could not find file"_s);
+    const auto other = make<frmActiveClients>();
+    EXPECT_FALSE(control<QAction>(other.get(), u"mnuReport"_s)->isEnabled());
+    ASSERT_TRUE(QFile::rename(aside, file));
 }
 
 } // namespace vardelin::testing_support

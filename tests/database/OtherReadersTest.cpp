@@ -5,11 +5,9 @@
 #include "platform/base/Dates.h"
 #include "platform/data/Ado.h"
 #include "tests/support/Fakes.h"
-#include "tests/support/Judges.h"
+#include "tests/support/NpmReader.h"
 #include "tests/support/PrintQt.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 
 using namespace Qt::StringLiterals;
@@ -17,8 +15,6 @@ using namespace vardelin;
 using namespace vardelin::testing_support;
 
 namespace {
-
-const QString kRoot = QString::fromUtf8(VARDELIN_ROOT);
 
 // A picture's worth of RTF: longer than any page.
 QString pictureRtf(int bytes)
@@ -45,16 +41,6 @@ QList<Log> logs()
         {u"x"_s, QString(33, u'é'), pictureRtf(60000), moment(5), u"25.4"_s, u"922337203685477.5807"_s},
         {QString(200, u'w'), QString(5000, u'Ж') + u"\r\nend"_s, pictureRtf(1),
          serialOf({1901, 1, 2, 6, 0, 0}), u"0"_s, u"15"_s}};
-}
-
-QList<QJsonObject> readByNpm(const QString &file, const QString &table)
-{
-    QList<QJsonObject> rows;
-    const QString text = outputOf(u"node"_s, {kRoot + "/tests/support/read-with-mdb-reader.mjs"_L1,
-                                              kRoot + "/build/mdb-reader/node_modules"_L1, file, table});
-    for (const QString &line : text.split(u'\n', Qt::SkipEmptyParts))
-        rows += QJsonDocument::fromJson(line.toUtf8()).object();
-    return rows;
 }
 
 void expectText(const QJsonObject &read, const QString &column, const Value &stored)
@@ -110,14 +96,12 @@ TEST(OtherReaders, ReadTheVeryValuesThatWereStored)
     EXPECT_EQ(outputOf(u"mdb-count"_s, {program.global.DatabaseFileName, u"Vardelins"_s}).trimmed(),
               QString::number(all.size()));
 
-    if (!QFileInfo::exists(kRoot + "/build/mdb-reader/node_modules/mdb-reader"_L1)) {
-        printf("The npm package mdb-reader is not installed; its judgement is left out.\n");
+    const auto read = readByNpm(program.global.DatabaseFileName, u"Vardelins"_s, VARDELIN_ROOT);
+    if (!read)
         return;
-    }
-    const QList<QJsonObject> read = readByNpm(program.global.DatabaseFileName, u"Vardelins"_s);
-    ASSERT_EQ(read.size(), all.size());
+    ASSERT_EQ(read->size(), all.size());
     for (qsizetype i = 0; i < all.size(); ++i) {
         SCOPED_TRACE(i);
-        expectRow(read[i], all[i]);
+        expectRow((*read)[i], all[i]);
     }
 }

@@ -41,6 +41,13 @@ TEST(TabStripTest, aTabIsChosenByMouseAndByKeys)
     EXPECT_EQ(tabs.SelectedIndex(), 1);
     EXPECT_EQ(tabs.tabText(0), u"O'Neil && Co, Ann"_s);
     EXPECT_EQ(tabs.tabCaption(1), u"O'Neil & Co, Ann"_s);
+    window.resize(tabs.sizeHint().width() - 20, 200);
+    QCoreApplication::processEvents();
+    const auto room = [&](int tab) {
+        return tabs.tabRect(tab).width() - tabs.fontMetrics().horizontalAdvance(tabs.tabText(tab));
+    };
+    EXPECT_NEAR(room(1), room(2), 2) << "captions of the design are whole";
+    EXPECT_LT(room(0), room(1) - 10) << "the one that was set is cut";
     tabs.setParent(nullptr);
     field.setParent(nullptr);
 }
