@@ -1,5 +1,6 @@
 // The printed To Do list, as what stands where.
 
+#include "tests/support/Golden.h"
 #include "tests/support/Judges.h"
 #include "tests/support/OfficeProgram.h"
 #include "todo/PrintToDo.h"
@@ -73,6 +74,18 @@ TEST(PrintToDo, numbersThePagesThatItCloses)
     }
     for (int i = 1; i <= 100; ++i)
         EXPECT_EQ(program.paper.texts().count(u"client %1"_s.arg(i)), 1);
+}
+
+TEST(PrintToDo, setsItsPagesAsTheyWereLookedOver)
+{
+    TestProgram program;
+    program.global.DefaultPrintFont.name = u"Liberation Serif"_s;
+    program.paper.inches = {8.5, 3};
+    printToDo(program.global,
+              {row(u"Farrow, Edith"_s, u"call"_s), row(u"Farrow-Jelinek, Edithe"_s, u"just over"_s),
+               row(u"Will"_s, u"read the file "_s.repeated(5)), row({}, {}), row(u"Lease"_s, u"draft"_s)});
+    expectGolden(QStringLiteral(VARDELIN_ROOT "/tests/todo/pages/list.txt"),
+                 program.paper.lines().join(u'\n').toUtf8() + '\n');
 }
 
 // Whoever reads the PDF finds the same as the eye on the paper.
