@@ -78,7 +78,7 @@ void frmAddToToDo::Form_Load()
     QString days = m_global.services.settings.GetSetting(u"Preferences"_s, u"Time Allowance"_s);
     if (days.isEmpty())
         days = u"7"_s;
-    DTPicker1->setValue({m_global.services.clock.now().days + toLong(days)});
+    DTPicker1->setValue(toDate(Value(m_global.services.clock.now().days + toLong(days))));
     const QFont font = formFont(m_global.DefaultFont.name, m_global.DefaultFont.size);
     for (QWidget *field :
          {static_cast<QWidget *>(List1), static_cast<QWidget *>(List2), static_cast<QWidget *>(m_text)})

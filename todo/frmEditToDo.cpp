@@ -123,15 +123,13 @@ void frmEditToDo::deleteOldRow(dao::Recordset &things, const QString &priority) 
 
 void frmEditToDo::addRow(dao::Recordset &things, const QString &priority) const
 {
-    const bool client = !m_global.ClientFirstName.isEmpty() && !m_global.ClientLastName.isEmpty();
-    if (!client && m_global.SearchProject.isEmpty())
-        throw RunTimeError(3020); // no new record was begun: "Update or CancelUpdate without AddNew or Edit."
+    const bool wholeName = !m_global.ClientFirstName.isEmpty() && !m_global.ClientLastName.isEmpty();
     things.AddNew();
-    if (client) {
+    if (!wholeName && !m_global.SearchProject.isEmpty()) {
+        things.SetField(u"TTD Project"_s, m_global.SearchProject);
+    } else {
         things.SetField(u"TTD Client Last Name"_s, m_global.ClientLastName);
         things.SetField(u"TTD Client First Name"_s, m_global.ClientFirstName);
-    } else {
-        things.SetField(u"TTD Project"_s, m_global.SearchProject);
     }
     const auto date = [](const QString &text) { return text.isEmpty() ? Value(NullValue{}) : Value(text); };
     things.SetField(u"TTD Priority"_s, priority);

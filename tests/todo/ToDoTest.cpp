@@ -298,6 +298,8 @@ TEST_F(ToDoTest, addsToTableAndListAtOnce)
     EXPECT_EQ(shown(list).last(), u"3|Farrow, Edith||10/16/2026|10/23/2026"_s) << "an empty text is taken";
     settings.SaveSetting(u"Preferences"_s, u"Time Allowance"_s, u"soon"_s);
     EXPECT_THROW(frmAddToToDo(global, list), RunTimeError);
+    settings.SaveSetting(u"Preferences"_s, u"Time Allowance"_s, u"9000000"_s); // beyond all dates
+    EXPECT_THROW(frmAddToToDo(global, list), RunTimeError);
 }
 
 TEST_F(ToDoTest, picksActivitiesAndLeavesThemInTheListOfEmployees)
@@ -374,6 +376,22 @@ TEST_F(ToDoTest, editsAtPriorityThreeAndFindsTheOldRowByTheNewPriority)
     EXPECT_EQ(table().filter(u"read"_s),
               (QStringList{u"read,Tomas,Jelinek,,5"_s, u"read,Tomas,Jelinek,,3"_s}))
         << "the old row wasn't found and stays beside the new one";
+}
+
+TEST_F(ToDoTest, editsTheItemOfAClientOfOneName)
+{
+    add(u"Things To Do"_s, {{u"TTD Priority"_s, u"3"_s},
+                            {u"TTD Client Last Name"_s, u"Hartmann Company"_s},
+                            {u"TTD Client First Name"_s, QString()},
+                            {u"ThingToDo"_s, u"call"_s}});
+    frmToDo list(global);
+    list.show();
+    edit(list, 0, [](frmEditToDo &form) {
+        EXPECT_EQ(control<QLineEdit>(&form, u"Text2"_s)->maxLength(), 100) << "what the column takes";
+        choose(&form, u"mnuDone"_s);
+    });
+    EXPECT_EQ(table(), QStringList{u"call,,Hartmann Company,,3"_s});
+    EXPECT_EQ(shown(list), QStringList{u"3|Hartmann Company, |call||"_s});
 }
 
 TEST_F(ToDoTest, leavesAnItemWithoutADeadlineAsItIsUntilOneIsChosen)
