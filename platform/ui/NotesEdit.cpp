@@ -108,8 +108,11 @@ void NotesEdit::clearAll()
     setCurrentCharFormat({});
 }
 
+// Where words alone are kept, pictures and formats would be gone with the next record.
 bool NotesEdit::canInsertFromMimeData(const QMimeData *source) const
 {
+    if (!acceptRichText())
+        return source->hasText();
     return source->hasImage() || source->hasUrls() || !rtfIn(*source).isEmpty() ||
            QTextEdit::canInsertFromMimeData(source);
 }
@@ -120,6 +123,8 @@ void NotesEdit::insertFromMimeData(const QMimeData *source)
 {
     if (isReadOnly())
         return;
+    if (!acceptRichText())
+        return QTextEdit::insertFromMimeData(source);
     const bool textInHtml = source->hasHtml() && hasTextBesidePictures(source->html());
     if (const QByteArray rtf = rtfIn(*source); !rtf.isEmpty())
         insertRtf(rtf);
@@ -221,6 +226,8 @@ void NotesEdit::keyPressEvent(QKeyEvent *event)
 bool NotesEdit::formatByKey(const QKeyEvent &event)
 {
     if (event.modifiers() != Qt::ControlModifier || isReadOnly())
+        return false;
+    if (!acceptRichText() && event.key() != Qt::Key_Tab)
         return false;
     switch (event.key()) {
     case Qt::Key_B:

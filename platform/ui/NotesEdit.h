@@ -26,7 +26,7 @@ public:
 
 protected:
     // Formatted text (RTF, HTML), pictures and picture files, pasted or dropped. Pictures are kept whole,
-    // bytes and size, and shown no wider than the page.
+    // bytes and size, and shown no wider than the page. Without acceptRichText words alone come in.
     bool canInsertFromMimeData(const QMimeData *source) const override;
     void insertFromMimeData(const QMimeData *source) override;
     QMimeData *createMimeDataFromSelection() const override; // with RTF, so that pictures get across

@@ -207,6 +207,24 @@ TEST_F(NotesEditTest, aPictureFromABrowserComesAsThePicture)
     EXPECT_EQ(stored(m_notes, pictures(m_notes)[0]).size(), QSize(40, 20));
 }
 
+TEST_F(NotesEditTest, aBoxOfWordsAloneTakesNoPicturesAndNoFormats)
+{
+    m_notes.setAcceptRichText(false);
+    pasteImage(m_notes, picture(40, 20, Qt::red));
+    EXPECT_FALSE(m_notes.document()->isModified());
+    auto *data = new QMimeData;
+    data->setImageData(picture(40, 20, Qt::red));
+    data->setHtml(u"<b>bold</b> words"_s);
+    data->setText(u"bold words\nand more"_s);
+    data->setData(u"text/rtf"_s, R"({\rtf1\ansi {\b bold} words})");
+    paste(m_notes, data);
+    QTest::keyClick(&m_notes, Qt::Key_B, Qt::ControlModifier);
+    QTest::keyClicks(&m_notes, u"!"_s);
+    EXPECT_EQ(m_notes.Text(), u"bold words\r\nand more!"_s);
+    EXPECT_TRUE(pictures(m_notes).isEmpty());
+    EXPECT_FALSE(m_notes.TextRTF().contains(u"\\b "_s)) << m_notes.TextRTF().toStdString();
+}
+
 TEST_F(NotesEditTest, selectedTextHasTheRunTimesLineEnds)
 {
     m_notes.setText(u"first\r\nsecond\nthird"_s);
