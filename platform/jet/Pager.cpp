@@ -499,16 +499,21 @@ void FilePager::adopt(const std::vector<PageChange> &changes)
 
 // ---- Opening
 
-// The unfinished new file of somebody who died is swept away; of somebody who lives, it is respected.
-std::unique_ptr<DiskFile> createFresh(Disk &disk, const fs::path &fresh)
+// The unfinished new file of somebody who died is swept away; of somebody who lives, it is respected. An
+// error names the file that was asked for: nobody knows the other one.
+std::unique_ptr<DiskFile> createFresh(Disk &disk, const FilePager::Opening &opening)
 {
-    if (disk.isFile(fresh)) {
-        const auto other = disk.open(fresh, Disk::Mode::ReadWrite);
-        if (!other->tryLock(LockByte::Open, LockKind::Exclusive))
-            throw Error(Code::FileInUse, fresh.string());
-        disk.remove(fresh);
+    try {
+        if (disk.isFile(opening.fresh)) {
+            const auto other = disk.open(opening.fresh, Disk::Mode::ReadWrite);
+            if (!other->tryLock(LockByte::Open, LockKind::Exclusive))
+                throw Error(Code::FileInUse);
+            disk.remove(opening.fresh);
+        }
+        return disk.open(opening.fresh, Disk::Mode::CreateNew);
+    } catch (const Error &error) {
+        throw Error(error.code(), opening.path.string(), error.reason());
     }
-    return disk.open(fresh, Disk::Mode::CreateNew);
 }
 
 std::unique_ptr<DiskFile> openExisting(Disk &disk, FilePager::Opening &opening)
@@ -541,7 +546,7 @@ std::unique_ptr<Pager> Pager::open(Disk &disk, const fs::path &path, Access acce
         if (disk.exists(opening.place))
             throw Error(Code::DatabaseExists, path.string());
         opening.fresh = withSuffix(opening.place, "-new");
-        file = createFresh(disk, opening.fresh);
+        file = createFresh(disk, opening);
         opening.writable = true;
     } else {
         file = openExisting(disk, opening);

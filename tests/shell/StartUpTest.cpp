@@ -139,10 +139,13 @@ TEST(StartUp, aFailureIsToldAndLeavesTheParentWithItsOwnCommands)
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.write(QByteArray(20000, 'x'));
     file.close();
-    for (const QString &path : {garbage, folder.filePath(u"no folder/office.mdb"_s)}) {
+    const QString nowhere = folder.filePath(u"no folder/office.mdb"_s);
+    for (const auto &[path, said] :
+         {std::pair(garbage, u"Unrecognized database format '"_s + garbage + u"'."_s),
+          std::pair(nowhere, u'\'' + nowhere + u"' is not a valid path."_s)}) {
         Running office(folder.path());
         office.settings.SaveSetting(u"DefaultLogFile"_s, u"Default Log File"_s, path);
-        office.dialogs.expectBeginning(u"Error in main form: "_s);
+        office.dialogs.expectBeginning(u"Error in main form: "_s + said);
         office.main.Load();
         EXPECT_TRUE(office.main.isVisible());
         EXPECT_TRUE(office.children().isEmpty());
