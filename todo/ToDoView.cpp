@@ -25,7 +25,6 @@ public:
     Headings() : QHeaderView(Qt::Horizontal)
     {
         setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-        setSectionsClickable(true);
         setStretchLastSection(false);
         setMinimumSectionSize(1); // else the shares don't hold in a narrow window
     }
@@ -65,6 +64,7 @@ ToDoView::ToDoView(QWidget *parent) : QTreeWidget(parent)
     setEditTriggers(QAbstractItemView::NoEditTriggers);
     setAutoScroll(false);
     setHeader(new Headings);
+    header()->setSectionsClickable(true); // not in Headings: setHeader() takes it away
     setColumnCount(static_cast<int>(kToDoColumns));
     setHeaderLabels({kToDoHeadings.begin(), kToDoHeadings.end()});
     for (int column = 1; column < columnCount(); ++column)
