@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -173,6 +174,12 @@ bool ClientWindow::moveAwayAndBack()
 void ClientWindow::TabStrip1_Click(int index)
 {
     m_pane->showTab(index);
+}
+
+void ClientWindow::focusFirst(const QString &field)
+{
+    m_pane->field(field)->setFocus();
+    m_body->verticalScrollBar()->setValue(0); // where the focus went while frames were hidden
 }
 
 // Enter and Esc must not end the window, as they end a dialog: what was typed would be lost.

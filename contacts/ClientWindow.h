@@ -47,6 +47,7 @@ protected:
     bool moveAwayAndBack();
     QAction *command(const QString &name) const;
     void setScrollVisible(bool visible);
+    void focusFirst(const QString &field); // of the tab on view, and it is in sight
     void keyPressEvent(QKeyEvent *event) override;
     QSize sizeHint() const override;
 

@@ -112,7 +112,7 @@ void frmActiveClients::TabStrip1_Click(int index)
     ClientWindow::TabStrip1_Click(index);
     static const std::array<QString, 5> first{u"Text1(0)"_s, u"Text2(0)"_s, u"Text3"_s, u"Text4"_s,
                                               u"Text5(0)"_s};
-    m_pane->field(first.at(static_cast<std::size_t>(index - 1)))->setFocus();
+    focusFirst(first.at(static_cast<std::size_t>(index - 1)));
 }
 
 void frmActiveClients::mnuSave_Click()

@@ -130,7 +130,6 @@ void frmInactiveClients::Form_Load()
     mnuDeactivateClient_Click();
     command(u"mnuSave"_s)->setEnabled(true);
     m_loading = false;
-    List1->setFocus();
 }
 
 // Record sets of their own leave the window's where they stand, and thousands of rows are read at once.
@@ -221,6 +220,7 @@ void frmInactiveClients::mnuDeactivateClient_Click()
     command(u"mnuDeactivateClient"_s)->setEnabled(false);
     command(u"mnuSave"_s)->setEnabled(false);
     command(u"mnuDisplayInactiveClients"_s)->setEnabled(true);
+    List1->setFocus();
 }
 
 void frmInactiveClients::mnuDisplayInactiveClients_Click()
@@ -237,7 +237,7 @@ void frmInactiveClients::mnuDisplayInactiveClients_Click()
         command(u"mnuDisplayInactiveClients"_s)->setEnabled(false);
         command(u"mnuSave"_s)->setEnabled(false);
     }
-    m_pane->field(u"Text1(0)"_s)->setFocus();
+    focusFirst(u"Text1(0)"_s);
 }
 
 } // namespace vardelin

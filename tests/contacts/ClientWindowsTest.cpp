@@ -32,9 +32,12 @@ TEST_F(ClientWindowsTest, OpensOnTheLastOfTheAlphabetAndShowsEveryField)
 
     const std::array focused{u"Text1(0)", u"Text2(0)", u"Text3", u"Text4", u"Text5(0)"};
     auto *tabs = control<TabStrip>(form.get(), u"TabStrip1"_s);
+    form->resize(form->minimumSize());
     for (int i = 4; i >= 0; --i) {
         QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(i).center());
         EXPECT_EQ(QApplication::focusWidget()->objectName(), QString::fromUtf16(focused.at(std::size_t(i))));
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(QApplication::focusWidget()->visibleRegion().isEmpty()) << i;
         for (const QGroupBox *frame : form->findChildren<QGroupBox *>())
             EXPECT_EQ(frame->isVisible(), frame->objectName()[5] == QChar(u'1' + i)) << i;
     }
@@ -346,11 +349,28 @@ TEST_F(ClientWindowsTest, WithoutClosedCasesTheDisplayViewLeavesOnlyReturn)
 {
     const auto form = make<frmInactiveClients>();
     dialogs.expect(nothing);
+    choose(form.get(), u"mnuSave"_s); // which is on until the views change
+    dialogs.expect(nothing);
     choose(form.get(), u"mnuDisplayInactiveClients"_s);
     for (const char16_t *name : {u"mnuSave", u"mnuDeactivateClient", u"mnuDisplayInactiveClients"})
         EXPECT_FALSE(control<QAction>(form.get(), QString::fromUtf16(name))->isEnabled());
     choose(form.get(), u"mnuReturn"_s);
     EXPECT_FALSE(form->isVisible());
+}
+
+TEST_F(ClientWindowsTest, ARecordThatIsGoneIsToldAndPassed)
+{
+    addThree();
+    const auto form = make<frmActiveClients>();
+    {
+        const auto database = engine.OpenDatabase(global.DatabaseFileName);
+        database->OpenRecordset(u"Active Clients"_s)->Delete(); // Roe, the second by name
+    }
+    dialogs.expect(u"Error in contact database module: Record is deleted.  record position is: 2"_s);
+    dialogs.expect(u"Error in data control Adodc1: Record is deleted. for Active Clients table."_s);
+    navigate(form.get(), u"Previous"_s);
+    navigate(form.get(), u"Previous"_s);
+    EXPECT_EQ(tab(form.get()), u"Ash, Bo"_s);
 }
 
 TEST_F(ClientWindowsTest, AFileThatIsGoneIsToldAsTheDataControlsError)
