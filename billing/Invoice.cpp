@@ -65,7 +65,7 @@ void run(Global &global)
     frmSearchDatePicker(global, global.frmMain).exec(); // left by Return, the range stays what it was
     global.CurrentSQL += rangeText(global.RangeStart, global.RangeEnd);
     ado::Connection connection;
-    connection.Open(ado::connectionText(global.DatabaseFileName));
+    connection.Open(ado::connectionText(global.DatabaseFileName, u"Admin"_s));
     ado::Recordset logs;
     logs.CursorType = 3;
     logs.Open(global.CurrentSQL, connection);

@@ -70,7 +70,7 @@ void makeStatement(Global &global, Ledger ledger, QWidget *parent)
 
     global.CurrentSQL = statementSelect(ledger, global.ClientLastName, global.ClientFirstName);
     ado::Connection connection;
-    connection.Open(ado::connectionText(global.DatabaseFileName));
+    connection.Open(ado::connectionText(global.DatabaseFileName, u"Admin"_s));
     ado::Recordset rows;
     rows.CursorType = 3;
     rows.Open(global.CurrentSQL, connection);

@@ -113,7 +113,7 @@ void frmPaymentsDisbursements::loadDisbursements()
 
 void frmPaymentsDisbursements::loadPayments()
 {
-    m_payments.control.ConnectionString = ado::connectionText(m_global.DatabaseFileName);
+    m_payments.control.ConnectionString = ado::connectionText(m_global.DatabaseFileName, u"Admin"_s);
     openLedger(Ledger::Payments, ledgerSelect(Ledger::Payments));
 }
 

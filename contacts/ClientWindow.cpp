@@ -95,7 +95,7 @@ QSize ClientWindow::sizeHint() const
 
 void ClientWindow::openRecords()
 {
-    Adodc1.ConnectionString = ado::connectionText(m_global.DatabaseFileName);
+    Adodc1.ConnectionString = ado::connectionText(m_global.DatabaseFileName, u"Admin"_s);
     Adodc1.RecordSource = m_select;
     Adodc1.Refresh();
 }

@@ -134,7 +134,7 @@ void frmActiveClients::mnuReport_Click()
 {
     const QString kept = m_global.CurrentSQL;
     ado::Connection connection;
-    connection.Open(ado::connectionText(m_global.DatabaseFileName));
+    connection.Open(ado::connectionText(m_global.DatabaseFileName, u"Admin"_s));
     m_global.CurrentSQL = activeClientsStatement();
     ado::Recordset records;
     records.CursorType = 3;

@@ -200,7 +200,7 @@ void showReportOn(Global &global, const QString &statement)
     ado::Recordset records;
     {
         const BusyPointer busy;
-        connection.Open(ado::connectionText(global.DatabaseFileName));
+        connection.Open(ado::connectionText(global.DatabaseFileName, u"Admin"_s));
         records.Open(statement, connection);
     }
     showLogReport(global, records, records.RecordCount() == 0 ? QString::fromUtf16(kNoRecords) : QString());

@@ -10,9 +10,9 @@
 
 namespace vardelin::ado {
 
-// "Provider=Microsoft.Jet.OLEDB.4.0;Persist Security Info=False;Data Source=" and the path: the one text of
-// the program. A path with a semicolon or a quote in it stands in quotes.
-QString connectionText(const QString &path);
+// "Provider=Microsoft.Jet.OLEDB.4.0;Persist Security Info=False;", "User ID=" and a user where one is told,
+// "Data Source=" and the path, which stands in quotes where it has a semicolon or a quote in it.
+QString connectionText(const QString &path, const QString &user = {});
 
 class Recordset;
 class ReadTogether;

@@ -64,12 +64,13 @@ ConnectionParts partsOf(QStringView text)
 
 } // namespace
 
-QString connectionText(const QString &path)
+QString connectionText(const QString &path, const QString &user)
 {
     QString source = path;
     if (needsQuotes(path))
         source = u'"' + source.replace(u'"', u"\"\""_s) + u'"';
-    return u"Provider=%1;Persist Security Info=False;Data Source="_s.arg(kProvider) + source;
+    const QString login = user.isEmpty() ? QString() : u"User ID="_s + user + u';';
+    return u"Provider=%1;Persist Security Info=False;"_s.arg(kProvider) + login + u"Data Source="_s + source;
 }
 
 Connection::Connection() = default;

@@ -52,6 +52,9 @@ TEST_F(AdoTest, OpensByTheConnectionText)
          u"Unrecognized database format '%1'."_s.arg(text.fileName())},
         {u"Data Source="_s + path, {}, u"Provider cannot be found. It may not be properly installed."_s},
     };
+    EXPECT_EQ(
+        ado::connectionText(u"a.mdb"_s, u"Admin"_s),
+        u"Provider=Microsoft.Jet.OLEDB.4.0;Persist Security Info=False;User ID=Admin;Data Source=a.mdb"_s);
     for (const auto &row : rows) {
         SCOPED_TRACE(row.connection.toStdString());
         ado::Connection connection;
