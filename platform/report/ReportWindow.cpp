@@ -275,6 +275,7 @@ void ReportWindow::printReportCommand()
         const auto ask = [this](QPrinter &chosen) {
             QPrintDialog dialog(&chosen, this);
             dialog.setMinMax(1, m_pages->count());
+            dialog.setFromTo(1, m_pages->count());
             dialog.setOption(QAbstractPrintDialog::PrintCurrentPage, false);
             return dialog.exec() == QDialog::Accepted;
         };

@@ -1,10 +1,17 @@
 #include "Reports.h"
 
 #include "platform/base/RunTimeError.h"
+#include "platform/report/PagePainter.h"
 #include "platform/report/ReportExport.h"
+#include "platform/report/ReportFonts.h"
+#include "platform/report/TrueTypeSubset.h"
 #include "tests/support/Judges.h"
 
 #include <QBuffer>
+#include <QImage>
+#include <QPageRanges>
+#include <QPainter>
+#include <QPainterPath>
 #include <QPrinter>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -48,6 +55,20 @@ ReportDesign wideNames()
     return design;
 }
 
+// Pixels with ink where the other picture has none within a pixel.
+int strayInk(const QImage &image, const QImage &other)
+{
+    int stray = 0;
+    for (int y = 1; y < image.height() - 1; ++y)
+        for (int x = 1; x < image.width() - 1; ++x) {
+            bool near = qGray(image.pixel(x, y)) > 96;
+            for (int i = 0; i < 9 && !near; ++i)
+                near = qGray(other.pixel(x + i % 3 - 1, y + i / 3 - 1)) < 224;
+            stray += !near;
+        }
+    return stray;
+}
+
 class ExportTest : public testing::Test
 {
 protected:
@@ -59,6 +80,7 @@ protected:
         return buffer.data();
     }
     QString path(const QString &name) const { return folder.filePath(name); }
+    void expectScriptsIn(const QString &fontName);
 
     QTemporaryDir folder;
     const ReportDesign design = wideNames();
@@ -119,6 +141,59 @@ TEST_F(ExportTest, PdfHasTheWordsOfThePagesInTheirPlaces)
     EXPECT_EQ(outline.count(u"<item "_s), 40) << outline.toStdString();
     EXPECT_TRUE(outline.contains(u"<item page=\"1\">Ærø &amp; Søn 1</item>"_s)) << outline.toStdString();
     EXPECT_TRUE(outline.contains(u"<item page=\"%1\">Ærø &amp; Søn 40</item>"_s.arg(pages.count())));
+}
+
+// Scripts that are shaped or come from other faces.
+void ExportTest::expectScriptsIn(const QString &fontName)
+{
+    const QStringList texts{u"Юлия, Анна"_s,       u"Ελένη (α) \\ β"_s, u"naïve (a\\b) façade"_s,
+                            u"e\u0301a\u0301"_s,   u"見積書"_s,         u"שלום"_s,
+                            u"č\u030d žluťoučký"_s};
+    std::vector<std::pair<QString, QString>> rows;
+    for (const QString &text : texts)
+        rows.emplace_back(u"-"_s, text);
+    const ListedRecords scripts = notes(rows);
+    ReportDesign set = design;
+    set.Sections(u"Section1"_s).setFont(fontName, 10);
+    ReportPages sheets(set, scripts, measurer);
+    const QString pdf = path(u"scripts.pdf"_s);
+    ASSERT_TRUE(exportReport(sheets, pdf, writePdf, goOn));
+    const QString read = outputOf(u"pdftotext"_s, {u"-raw"_s, pdf, u"-"_s});
+    for (const QString &text : texts)
+        EXPECT_TRUE(read.contains(text)) << text.toStdString() << " in " << read.toStdString();
+    for (const QString &line : outputOf(u"pdffonts"_s, {pdf}).split(u'\n', Qt::SkipEmptyParts).mid(2))
+        EXPECT_TRUE(line.contains(QRegularExpression(u"(Identity-H +yes yes yes|Type 3 .* yes no +yes)"_s)))
+            << line.toStdString();
+
+    // As the window draws it: what either has ink for, the other has within a pixel.
+    outputOf(u"pdftoppm"_s, {u"-r"_s, u"72"_s, u"-gray"_s, u"-singlefile"_s, pdf, path(u"page"_s)});
+    const QImage there = QImage(path(u"page.pgm"_s)).convertToFormat(QImage::Format_Grayscale8);
+    QImage here(612, 792, QImage::Format_Grayscale8);
+    here.fill(Qt::white);
+    QPainter painter(&here);
+    PagePainter(0.05).paint(painter, sheets.page(1));
+    painter.end();
+    ASSERT_EQ(there.size(), here.size());
+    EXPECT_LE(strayInk(here, there), 3);
+    EXPECT_LE(strayInk(there, here), 3);
+}
+
+// A face of the one kind of outlines, and one of another where it is installed.
+TEST_F(ExportTest, PdfKeepsTheTextAndTheLookOfEveryScript)
+{
+    const QFont plain = outlineFont(kTen, 2048);
+    const QRawFont face = QRawFont::fromFont(plain);
+    const QList<quint32> glyphs = face.glyphIndexesForString(u"é(A"_s);
+    QRawFont subset(trueTypeSubset(face, {glyphs[0], glyphs[1]}), 2048, QFont::PreferNoHinting);
+    ASSERT_TRUE(subset.isValid()) << "another library reads what was made";
+    EXPECT_TRUE(subset.pathForGlyph(glyphs[0]) == face.pathForGlyph(glyphs[0])) << "with its accent";
+    EXPECT_TRUE(subset.pathForGlyph(glyphs[1]) == face.pathForGlyph(glyphs[1]));
+    EXPECT_TRUE(subset.pathForGlyph(glyphs[2]).isEmpty());
+
+    if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty())
+        GTEST_SKIP() << "pdftotext (poppler-utils) is not installed: the PDF was not read back";
+    expectScriptsIn(u"Arial"_s);
+    expectScriptsIn(u"URW Bookman"_s);
 }
 
 TEST_F(ExportTest, TextWebPageAndTable)
@@ -187,6 +262,13 @@ TEST_F(ExportTest, PrintsTheRangeOnThePrintersPaper)
     EXPECT_TRUE(read.contains(u"Page 2 of %1"_s.arg(onA4.count())));
     EXPECT_TRUE(read.contains(u"Page 3 of %1"_s.arg(onA4.count())));
     EXPECT_EQ(read.count(u"Page "_s), 2);
+
+    printer.setPageRanges(QPageRanges::fromString(u"1,3"_s));
+    printer.setPageOrder(QPrinter::LastPageFirst);
+    ASSERT_TRUE(printReport(onA4, printer, goOn));
+    const QString picked = outputOf(u"pdftotext"_s, {u"-layout"_s, pdf, u"-"_s});
+    EXPECT_EQ(picked.count(u"Page "_s), 2);
+    EXPECT_LT(picked.indexOf(u"Page 3 of"_s), picked.indexOf(u"Page 1 of"_s));
 }
 
 } // namespace
