@@ -33,9 +33,11 @@ protected:
     void initStyleOptionForIndex(QStyleOptionHeader *option, int column) const override
     {
         QHeaderView::initStyleOptionForIndex(option, column);
-        const int margins = 2 * style()->pixelMetric(QStyle::PM_HeaderMargin, option, this);
-        option->text =
-            option->fontMetrics.elidedText(option->text, Qt::ElideRight, sectionSize(column) - margins);
+        const int margin = style()->pixelMetric(QStyle::PM_HeaderMargin, option, this);
+        int room = sectionSize(column) - 2 * margin;
+        if (isSortIndicatorShown() && sortIndicatorSection() == column)
+            room -= style()->pixelMetric(QStyle::PM_HeaderMarkSize, option, this) + margin;
+        option->text = option->fontMetrics.elidedText(option->text, Qt::ElideRight, room);
     }
 };
 
@@ -70,6 +72,7 @@ ToDoView::ToDoView(QWidget *parent) : QTreeWidget(parent)
     for (int column = 1; column < columnCount(); ++column)
         headerItem()->setTextAlignment(column, Qt::AlignCenter);
     connect(header(), &QHeaderView::sectionClicked, this, &ToDoView::clickColumn);
+    connect(header(), &QHeaderView::sectionDoubleClicked, this, &ToDoView::clickColumn); // the second click
     // The sheet is pale blue in a dark look too, so its ink is dark.
     QPalette sheet = palette();
     sheet.setColor(QPalette::Base, QColor(192, 255, 255));
@@ -199,11 +202,14 @@ void ToDoView::mouseDoubleClickEvent(QMouseEvent *event)
 void ToDoView::mouseMoveEvent(QMouseEvent *event)
 {
     event->accept();
+    if (event->buttons() != Qt::NoButton)
+        viewport()->setCursor(Qt::DragMoveCursor);
 }
 
 void ToDoView::mouseReleaseEvent(QMouseEvent *event)
 {
     QTreeWidget::mouseReleaseEvent(event);
+    viewport()->unsetCursor();
     if (released)
         released(rowAt(event));
 }

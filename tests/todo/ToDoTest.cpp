@@ -205,8 +205,8 @@ TEST_F(ToDoTest, sortsAsTextWithTheFirstClickOnPriorityDescending)
     form.show();
     QTest::mouseClick(form.ListView1().header()->viewport(), Qt::LeftButton, {}, {10, 5});
     EXPECT_EQ(priorities(), u"5 2 10 1 "_s);
-    QTest::mouseClick(form.ListView1().header()->viewport(), Qt::LeftButton, {}, {10, 5});
-    EXPECT_EQ(priorities(), u"1 10 2 5 "_s);
+    QTest::mouseDClick(form.ListView1().header()->viewport(), Qt::LeftButton, {}, {10, 5});
+    EXPECT_EQ(priorities(), u"1 10 2 5 "_s) << "the second of two quick clicks";
     type(&form.ListView1(), Qt::Key_2, Qt::ControlModifier);
     EXPECT_EQ(priorities(), u"10 2 5 1 "_s) << "without regard to case";
     form.ListView1().addRow({u"3"_s, u"Beta"_s, {}, {}, {}});
@@ -246,6 +246,7 @@ TEST_F(ToDoTest, exchangesAllButThePriorityByDragAndByKeyboard)
     EXPECT_EQ(whats(), u"2draft 5read 1call "_s);
     QTest::mouseDClick(list.viewport(), Qt::LeftButton, {},
                        list.visualItemRect(list.topLevelItem(1)).center());
+    release(1);
     EXPECT_EQ(whats(), u"2draft 5read 1call "_s) << "a second quick click presses on its own row";
     press(0);
     release(0);
