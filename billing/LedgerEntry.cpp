@@ -12,17 +12,18 @@ namespace {
 
 struct Check
 {
+    EntryField field;
     bool fails;
     const char16_t *message;
 };
 
-QString firstFailure(std::initializer_list<Check> checks)
+std::optional<Refusal> firstFailure(std::initializer_list<Check> checks)
 {
     for (const Check &check : checks) {
         if (check.fails)
-            return QString::fromUtf16(check.message);
+            return Refusal{check.field, QString::fromUtf16(check.message)};
     }
-    return {};
+    return std::nullopt;
 }
 
 QString savedLines(const QStringList &lines, const Value &date)
@@ -32,30 +33,30 @@ QString savedLines(const QStringList &lines, const Value &date)
 
 } // namespace
 
-QString refusalOf(const DisbursementEntry &entry)
+std::optional<Refusal> refusalOf(const DisbursementEntry &entry)
 {
     return firstFailure({
-        {entry.client.isEmpty(),
+        {EntryField::Client, entry.client.isEmpty(),
          u"Please select or enter the name of a client before saving this disbursement record."},
-        {entry.vendor.isEmpty(),
+        {EntryField::Vendor, entry.vendor.isEmpty(),
          u"Please select or enter the name of a disbursement vendor before saving this disbursement record."},
-        {entry.description.isEmpty(),
+        {EntryField::Description, entry.description.isEmpty(),
          u"Please enter a description for the disbursment before saving this disbursement record."},
-        {entry.amount.isEmpty(),
+        {EntryField::Amount, entry.amount.isEmpty(),
          u"Please enter the amount of the disbursment before saving this disbursement record."},
-        {entry.date.isNull(),
+        {EntryField::Date, entry.date.isNull(),
          u"Please select the date the disbursement was made before saving this disbursement record."},
     });
 }
 
-QString refusalOf(const PaymentEntry &entry)
+std::optional<Refusal> refusalOf(const PaymentEntry &entry)
 {
     return firstFailure({
-        {entry.client.isEmpty(),
+        {EntryField::Client, entry.client.isEmpty(),
          u"Please select or enter the name of a client before saving this payment record."},
-        {entry.amount.isEmpty(),
+        {EntryField::Amount, entry.amount.isEmpty(),
          u"Please enter the amount of the payment before saving this payment record."},
-        {entry.date.isNull(),
+        {EntryField::Date, entry.date.isNull(),
          u"Please select the date the payment was made before saving this payment record."},
     });
 }

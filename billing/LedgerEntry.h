@@ -20,10 +20,17 @@ struct PaymentEntry
     bool fee = true; // of the two kinds of payment; else a disbursement's
 };
 
-// Why it can't be saved: the words of the first check that fails; empty where none does. Whether the amount
-// is one is left to the engine.
-QString refusalOf(const DisbursementEntry &entry);
-QString refusalOf(const PaymentEntry &entry);
+enum class EntryField { Client, Vendor, Description, Amount, Date };
+
+// Why it can't be saved: the words of the first check that fails, and what it asks for; nullopt where none
+// does. Whether the amount is one is left to the engine.
+struct Refusal
+{
+    EntryField field;
+    QString words;
+};
+std::optional<Refusal> refusalOf(const DisbursementEntry &entry);
+std::optional<Refusal> refusalOf(const PaymentEntry &entry);
 
 // "Legal fee" or "Disbursement": what the column of 12 characters gets, whatever the option's caption says.
 QString paymentDescription(const PaymentEntry &entry);

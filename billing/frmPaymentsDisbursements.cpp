@@ -201,11 +201,8 @@ void frmPaymentsDisbursements::saveDisbursement()
                                   .description = Text1_0->toPlainText(),
                                   .amount = Text1_1->text(),
                                   .date = valueOf(*DTPicker1)};
-    Dialogs &dialogs = m_global.services.dialogs;
-    if (const QString refusal = refusalOf(entry); !refusal.isEmpty()) {
-        dialogs.msgBox({refusal});
-        return;
-    }
+    if (const auto refusal = refusalOf(entry))
+        return refuse(*refusal, {Combo1[0], Combo1[1], Text1_0, Text1_1, DTPicker1});
     m_global.SearchClient = entry.client;
     const SplitName name = splitClient(m_global.SearchClient);
     addRow(Ledger::Disbursements,
@@ -215,12 +212,13 @@ void frmPaymentsDisbursements::saveDisbursement()
             {u"Disbursement Date"_s, entry.date},
             {u"Disbursement Description"_s, QString(entry.description).replace(u'\n', u"\r\n"_s)},
             {u"Disbursement Amount"_s, entry.amount}});
-    dialogs.msgBox({savedMessage(entry)});
+    m_global.services.dialogs.msgBox({savedMessage(entry)});
     setToFirst(Combo1[0]);
     Combo1[1]->setText({});
     DTPicker1->setValue(m_global.services.clock.now());
     Text1_0->clear();
     Text1_1->clear();
+    Combo1[0]->setFocus(); // for the next record
 }
 
 void frmPaymentsDisbursements::savePayment()
@@ -229,11 +227,8 @@ void frmPaymentsDisbursements::savePayment()
                              .amount = Text3->text(),
                              .date = valueOf(*DTPicker3),
                              .fee = Option1[0]->isChecked()};
-    Dialogs &dialogs = m_global.services.dialogs;
-    if (const QString refusal = refusalOf(entry); !refusal.isEmpty()) {
-        dialogs.msgBox({refusal});
-        return;
-    }
+    if (const auto refusal = refusalOf(entry))
+        return refuse(*refusal, {Combo2, nullptr, nullptr, Text3, DTPicker3});
     m_global.SearchClient = entry.client;
     const SplitName name = splitClient(m_global.SearchClient);
     addRow(Ledger::Payments, {{u"Payment Client First Name"_s, name.first},
@@ -241,10 +236,18 @@ void frmPaymentsDisbursements::savePayment()
                               {u"Payment Date"_s, entry.date},
                               {u"Payment Description"_s, paymentDescription(entry)},
                               {u"Payment Amount"_s, entry.amount}});
-    dialogs.msgBox({savedMessage(entry)});
+    m_global.services.dialogs.msgBox({savedMessage(entry)});
     setToFirst(Combo2);
     DTPicker3->setValue(m_global.services.clock.now());
     Text3->clear();
+    Combo2->setFocus();
+}
+
+// fields: by EntryField.
+void frmPaymentsDisbursements::refuse(const Refusal &refusal, const std::array<QWidget *, 5> &fields)
+{
+    m_global.services.dialogs.msgBox({refusal.words});
+    fields.at(static_cast<std::size_t>(refusal.field))->setFocus();
 }
 
 void frmPaymentsDisbursements::addRow(Ledger ledger, const std::vector<std::pair<QString, Value>> &values)

@@ -73,6 +73,7 @@ private:
     void mnuSave_Click();
     void saveDisbursement();
     void savePayment();
+    void refuse(const Refusal &refusal, const std::array<QWidget *, 5> &fields);
     void addRow(Ledger ledger, const std::vector<std::pair<QString, Value>> &values);
     void mnuDelete_Click();
     void mnuSearch_Click();

@@ -161,6 +161,7 @@ TEST_F(LedgerWindowTest, ADisbursementIsSavedAndTheFieldsAreReady)
     dialogs.expect(
         u"Please select the date the disbursement was made before saving this disbursement record."_s);
     choose(window.get(), u"mnuSave"_s);
+    EXPECT_TRUE(the<DatePicker>(u"DTPicker1"_s)->isAncestorOf(window->focusWidget()));
     the<DatePicker>(u"DTPicker1"_s)->setValue(clock.moment);
     dialogs.expect(
         u"This record has been saved:\n\nO'Neil, Ann\nNew & Co\nCopies\nof all\n$1,234.5678\n10/16/2026"_s);
@@ -171,6 +172,7 @@ TEST_F(LedgerWindowTest, ADisbursementIsSavedAndTheFieldsAreReady)
     EXPECT_EQ(the<FreeCombo>(u"Combo1(0)"_s)->Text(), u"Adams, Al"_s);
     EXPECT_EQ(the<FreeCombo>(u"Combo1(1)"_s)->Text() + text(u"Text1(1)"_s), QString());
     EXPECT_EQ(the<FreeCombo>(u"Combo1(1)"_s)->entries(), QStringList());
+    EXPECT_TRUE(the<FreeCombo>(u"Combo1(0)"_s)->hasFocus()) << "ready for the next";
     tab(2);
     EXPECT_EQ(record(2), u"O'Neil, Ann | New & Co | $1,234.57"_s);
 }
@@ -181,6 +183,7 @@ TEST_F(LedgerWindowTest, APaymentIsSavedUnderItsStoredName)
     tab(3);
     dialogs.expect(u"Please enter the amount of the payment before saving this payment record."_s);
     choose(window.get(), u"mnuSave"_s);
+    EXPECT_TRUE(the<QLineEdit>(u"Text3"_s)->hasFocus()) << "where it was refused";
     const std::pair<QString, QString> amounts[]{
         {u"0"_s, u"0"_s}, {u"-5.25"_s, u"-5.25"_s}, {u"922337203685477.5807"_s, u"922337203685477.5807"_s}};
     for (const auto &[typed, stored] : amounts) {

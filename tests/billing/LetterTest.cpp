@@ -138,27 +138,38 @@ TEST(LedgerEntryTest, ChecksInTheirOrder)
 {
     // Each check is met by filling what it asked for.
     DisbursementEntry entry{.client = {}, .vendor = {}, .description = {}, .amount = {}, .date = kNull};
-    const std::pair<QString, std::function<void()>> checks[]{
-        {u"select or enter the name of a client"_s, [&] { entry.client = u"Roe, Jane"_s; }},
-        {u"select or enter the name of a disbursement vendor"_s, [&] { entry.vendor = u"Court"_s; }},
-        {u"enter a description for the disbursment"_s, [&] { entry.description = u"Filing"_s; }},
-        {u"enter the amount of the disbursment"_s, [&] { entry.amount = u"0"_s; }},
-        {u"select the date the disbursement was made"_s, [&] { entry.date = DateSerial{46311.375}; }}};
-    for (const auto &[words, fill] : checks) {
-        EXPECT_EQ(refusalOf(entry), u"Please %1 before saving this disbursement record."_s.arg(words));
+    using Field = EntryField;
+    const auto expectRefusal = [](const std::optional<Refusal> &refusal, Field field, const QString &words) {
+        ASSERT_TRUE(refusal);
+        EXPECT_EQ(refusal->words, words);
+        EXPECT_EQ(refusal->field, field);
+    };
+    const std::tuple<Field, QString, std::function<void()>> checks[]{
+        {Field::Client, u"select or enter the name of a client"_s, [&] { entry.client = u"Roe, Jane"_s; }},
+        {Field::Vendor, u"select or enter the name of a disbursement vendor"_s,
+         [&] { entry.vendor = u"Court"_s; }},
+        {Field::Description, u"enter a description for the disbursment"_s,
+         [&] { entry.description = u"Filing"_s; }},
+        {Field::Amount, u"enter the amount of the disbursment"_s, [&] { entry.amount = u"0"_s; }},
+        {Field::Date, u"select the date the disbursement was made"_s,
+         [&] { entry.date = DateSerial{46311.375}; }}};
+    for (const auto &[field, words, fill] : checks) {
+        expectRefusal(refusalOf(entry), field,
+                      u"Please %1 before saving this disbursement record."_s.arg(words));
         fill();
     }
-    EXPECT_EQ(refusalOf(entry), QString());
+    EXPECT_FALSE(refusalOf(entry));
     PaymentEntry payment{.client = {}, .amount = {}, .date = kNull};
-    const std::pair<QString, std::function<void()>> paymentChecks[]{
-        {u"select or enter the name of a client"_s, [&] { payment.client = u"Roe, Jane"_s; }},
-        {u"enter the amount of the payment"_s, [&] { payment.amount = u"0"_s; }},
-        {u"select the date the payment was made"_s, [&] { payment.date = DateSerial{46311}; }}};
-    for (const auto &[words, fill] : paymentChecks) {
-        EXPECT_EQ(refusalOf(payment), u"Please %1 before saving this payment record."_s.arg(words));
+    const std::tuple<Field, QString, std::function<void()>> paymentChecks[]{
+        {Field::Client, u"select or enter the name of a client"_s, [&] { payment.client = u"Roe, Jane"_s; }},
+        {Field::Amount, u"enter the amount of the payment"_s, [&] { payment.amount = u"0"_s; }},
+        {Field::Date, u"select the date the payment was made"_s, [&] { payment.date = DateSerial{46311}; }}};
+    for (const auto &[field, words, fill] : paymentChecks) {
+        expectRefusal(refusalOf(payment), field,
+                      u"Please %1 before saving this payment record."_s.arg(words));
         fill();
     }
-    EXPECT_EQ(refusalOf(payment), QString());
+    EXPECT_FALSE(refusalOf(payment));
 }
 
 } // namespace vardelin
