@@ -161,16 +161,21 @@ ReportDesign designOf(Letter kind)
     return dataReport5Design();
 }
 
-// Sizes are whole points in letters, whatever fraction the setting has.
 double pointsOf(const FontSetting &font)
+{
+    return toDouble(Value(font.size));
+}
+
+// Whole points, whatever fraction the setting has.
+double wholePointsOf(const FontSetting &font)
 {
     return toInteger(Value(font.size));
 }
 
-void setFont(ReportSection &section, const FontSetting &font)
+void setFont(ReportSection &section, const FontSetting &font, double (*points)(const FontSetting &))
 {
     if (!font.name.isEmpty())
-        section.setFont(font.name, pointsOf(font));
+        section.setFont(font.name, points(font));
 }
 
 void setWords(DataReport &report, const QString &letterhead, const LetterTexts &texts, DateSerial today)
@@ -188,7 +193,8 @@ void setWords(DataReport &report, const QString &letterhead, const LetterTexts &
 } // namespace
 
 // The order of the fonts is what tells the letters apart: the letterhead's comes first, so that a report font
-// overrides it, and on statements it comes again at the end.
+// overrides it, and on statements it comes again at the end. The invoice takes whole points for letterhead
+// and details.
 DataReport letterReport(Letter kind, const QString &letterhead, const LetterTexts &texts,
                         const Global &global)
 {
@@ -198,13 +204,14 @@ DataReport letterReport(Letter kind, const QString &letterhead, const LetterText
     if (!own.name.isEmpty())
         stationery.Name = own.name;
     if (kind == Letter::Invoice && !own.size.isEmpty())
-        stationery.Size = pointsOf(own);
+        stationery.Size = wholePointsOf(own);
     setWords(report, letterhead, texts, global.services.clock.now());
     if (kind != Letter::Invoice)
         report.Sections(u"Section3"_s).Controls(u"Label7"_s).Caption = u"Page %p"_s;
-    setFont(report.Sections(u"Section1"_s), global.DefaultVardelinFont);
-    setFont(report.Sections(u"Section4"_s), global.DefaultReportFont);
-    setFont(report.Sections(u"Section5"_s), global.DefaultReportFont);
+    setFont(report.Sections(u"Section1"_s), global.DefaultVardelinFont,
+            kind == Letter::Invoice ? wholePointsOf : pointsOf);
+    setFont(report.Sections(u"Section4"_s), global.DefaultReportFont, pointsOf);
+    setFont(report.Sections(u"Section5"_s), global.DefaultReportFont, pointsOf);
     if (kind != Letter::Invoice && !own.name.isEmpty()) {
         stationery.Name = own.name;
         stationery.Size = pointsOf(own);

@@ -14,8 +14,8 @@ namespace vardelin::testing_support {
 
 namespace {
 
-const FontSetting kNone, kTimes{u"Times New Roman"_s, u"12.5"_s}, kCourier{u"Courier New"_s, u"10"_s},
-    kArial{u"Arial"_s, u"9"_s};
+const FontSetting kNone, kTimes{u"Times New Roman"_s, u"12.5"_s}, kCourier{u"Courier New"_s, u"10.5"_s},
+    kArial{u"Arial"_s, u"9.75"_s};
 
 // Of the letterhead, another label of the header, the detail's text, the footer's sum.
 QString fontsOf(DataReport report)
@@ -57,9 +57,9 @@ TEST_F(LetterReportTest, TheReportFontOverridesTheLetterheadOnTheInvoiceAlone)
         const char16_t *invoice, *statement;
     } cases[]{
         {kNone, kNone, kNone, u"A14.25 A8.25 A9 A9", u"A14.25 A8.25 A8.25 A8.25"},
-        {kTimes, kNone, kNone, u"T12 A8.25 A9 A9", u"T12 A8.25 A8.25 A8.25"},
-        {kTimes, kCourier, kArial, u"A9 A9 C10 A9", u"T12 A9 C10 A9"},
-        {kNone, kCourier, kNone, u"A14.25 A8.25 C10 A9", u"A14.25 A8.25 C10 A8.25"},
+        {kTimes, kNone, kNone, u"T12 A8.25 A9 A9", u"T12.5 A8.25 A8.25 A8.25"},
+        {kTimes, kCourier, kArial, u"A9.75 A9.75 C10 A9.75", u"T12.5 A9.75 C10.5 A9.75"},
+        {kNone, kCourier, kNone, u"A14.25 A8.25 C10 A9", u"A14.25 A8.25 C10.5 A8.25"},
         {{{}, u"20"_s}, kNone, kNone, u"A20 A8.25 A9 A9", u"A14.25 A8.25 A8.25 A8.25"},
     };
     for (const auto &c : cases) {
