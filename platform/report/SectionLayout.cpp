@@ -11,6 +11,7 @@ constexpr double kSmallest = 0.7; // share of its size that a line may be set in
 constexpr double kSmallestNumber = 0.4;
 constexpr double kUnbroken = 1e9;  // twips: the width of a line that isn't to be broken
 constexpr double kLineSlack = 0.1; // of a line, by which the last one may stand out of a box
+constexpr double kGap = 60;        // twips between texts of boxes that stand side by side
 
 struct Block
 {
@@ -72,7 +73,24 @@ void fitBox(Block &block, const QString &text, double width, const TextMeasurer 
     block.lines.back() = elided(block.lines.back(), block.font, width, measurer);
 }
 
-Block layBlock(const ReportControl &control, const QString &text, const TextMeasurer &measurer)
+// The width that a control has for its text: that of its box, or less where the next box touches it, so that
+// a wide text doesn't run into its neighbour's.
+double roomOf(const ReportControl &control, const std::vector<ReportControl> &controls)
+{
+    const ReportBox &box = control.box;
+    if (control.CanGrow || control.Alignment != ReportAlignment::Left)
+        return box.width;
+    const double right = box.left + box.width;
+    for (const ReportControl &next : controls) {
+        const ReportBox &other = next.box;
+        if (next.kind != ReportControl::Kind::Line && other.left >= right && other.left < right + kGap &&
+            other.top < box.top + box.height && box.top < other.top + other.height)
+            return std::max(other.left - kGap - box.left, box.width / 2.0);
+    }
+    return box.width;
+}
+
+Block layBlock(const ReportControl &control, double room, const QString &text, const TextMeasurer &measurer)
 {
     Block block;
     block.font = control.Font;
@@ -81,13 +99,13 @@ Block layBlock(const ReportControl &control, const QString &text, const TextMeas
         return block;
     block.metric = measurer.lineMetric(control.Font);
     const bool number = isNumber(control);
-    block.lines = breakLines(text, control.Font, number ? kUnbroken : control.box.width, measurer);
+    block.lines = breakLines(text, control.Font, number ? kUnbroken : room, measurer);
     if (block.lines.empty())
         return block;
     if (number)
-        fitNumber(block, control.box.width);
+        fitNumber(block, room);
     else if (!control.CanGrow)
-        fitBox(block, text, control.box.width, measurer);
+        fitBox(block, text, room, measurer);
     const auto needed = static_cast<double>(control.CanGrow ? block.lines.size() : 1) * block.metric.height;
     block.height = std::max(block.height, needed);
     return block;
@@ -137,7 +155,7 @@ LaidSection laySection(const ReportSection &section, const std::vector<QString> 
     std::vector<Block> blocks;
     blocks.reserve(controls.size());
     for (std::size_t i = 0; i < controls.size(); ++i)
-        blocks.push_back(layBlock(controls[i], texts[i], measurer));
+        blocks.push_back(layBlock(controls[i], roomOf(controls[i], controls), texts[i], measurer));
     const std::vector<double> down = shifts(controls, blocks);
 
     LaidSection laid;

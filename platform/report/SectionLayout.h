@@ -31,8 +31,9 @@ struct LaidSection
 // texts: one for each control. A control that grows takes the lines it needs, and so does one whose box is
 // lower than one line of its font; what begins below it (its lower half and beyond) moves down with all that
 // stands beside. A control that doesn't grow shows what its box holds: one line that is a little too wide is
-// set in a smaller size, down to seven tenths; of a longer text the last line ends in "…". A
-// number (a sum, or what has a number's format) keeps all of its digits, however small or far beyond its box.
+// set in a smaller size, down to seven tenths; of a longer text the last line ends in "…", and on the left of
+// a box that touches its own a text ends a little earlier. A number (a sum, or what has a number's format)
+// keeps all of its digits, however small or far beyond its box.
 LaidSection laySection(const ReportSection &section, const std::vector<QString> &texts,
                        const TextMeasurer &measurer);
 

@@ -103,6 +103,11 @@ TEST_F(LayoutTest, ABoxThatDoesNotGrowShowsWhatItHolds)
     const auto narrow = lay({{u"sixteen letters!"_s, {}}});
     EXPECT_EQ(itemOf(narrow[0], u"sixteen letters!"_s)->font.Size, 9);
     EXPECT_EQ(itemOf(narrow[0], u"sixteen letters!"_s)->font.Name, u"Times New Roman"_s);
+    const ReportBox left = design.sections[2].controls[0].box;
+    design.sections[2].controls[1].box.left = left.left + left.width;
+    const auto beside = lay({{u"sixteen letters!"_s, u"next"_s}});
+    EXPECT_EQ(itemOf(beside[0], u"sixteen letters!"_s)->font.Size, 12 * 1380.0 / 1920)
+        << "it doesn't run into the next box";
 
     // A number keeps its digits: in a smaller size, and beyond its box in the end.
     ReportControl &hours = design.sections[2].controls[2];
