@@ -1,15 +1,22 @@
 #include "benchmarks/Reports.h"
 
 #include "benchmarks/Figures.h"
+#include "benchmarks/Generate.h"
 #include "benchmarks/Painting.h"
+#include "benchmarks/QuietProgram.h"
+#include "billing/BillingSql.h"
+#include "billing/LetterReport.h"
+#include "platform/base/Format.h"
 #include "platform/report/ReportView.h"
 #include "platform/report/ReportWindow.h"
 #include "platform/ui/Fonts.h"
 #include "search/DataReport1.h"
+#include "search/SearchSql.h"
 
 #include <QApplication>
 #include <QFile>
 #include <QPdfWriter>
+#include <QPlainTextEdit>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <cstdio>
@@ -37,14 +44,32 @@ void tellPeak()
 
 struct Logs
 {
-    explicit Logs(const char *file)
+    explicit Logs(const char *file,
+                  const QString &statement = u"SELECT * FROM Vardelins ORDER BY [Beginning Time]"_s)
     {
         connection.Open(ado::connectionText(QString::fromLocal8Bit(file)));
-        rows.Open(u"SELECT * FROM Vardelins ORDER BY [Beginning Time]"_s, connection);
+        rows.Open(statement, connection);
     }
     ado::Connection connection;
     ado::Recordset rows;
 };
+
+QString invoiceStatement()
+{
+    constexpr double kAllTimes = 100'000; // days
+    return invoiceSelect(QString::fromUtf16(kClient)) +
+           rangeText(Value(DateSerial{0}), Value(DateSerial{kAllTimes}));
+}
+
+void showFirstPage(const DataReport &report, QtDialogs &dialogs, ErrorFrame &errors)
+{
+    ReportWindow window(report, dialogs, errors);
+    PaintWatch watch({[&](QWidget *painted) {
+        return painted == window.findChild<ReportView *>(u"Pages"_s)->viewport();
+    }});
+    window.show();
+    watch.wait();
+}
 
 } // namespace
 
@@ -59,15 +84,8 @@ int makeReport(int argc, char **argv)
     DataReport report(dataReport1Design());
     report.setDataSource(&logs.rows);
     report.Refresh();
-    {
-        ReportWindow window(report, dialogs, errors);
-        PaintWatch watch({[&](QWidget *painted) {
-            return painted == window.findChild<ReportView *>(u"Pages"_s)->viewport();
-        }});
-        window.show();
-        watch.wait();
-        tell("first_page", secondsSince(start));
-    }
+    showFirstPage(report, dialogs, errors);
+    tell("first_page", secondsSince(start));
     const FaceMeasurer measurer;
     ReportPages pages(report.design(), report.records(), measurer);
     tell("count", secondsOf([&] { pages.count(); }));
@@ -107,6 +125,59 @@ int makeDocument(int argc, char **argv)
     writer.setPageMargins(QMarginsF(25.4, 25.4, 25.4, 25.4), QPageLayout::Millimeter);
     document.print(&writer);
     tell("pdf", secondsSince(start));
+    tellPeak();
+    return 0;
+}
+
+int makeInvoice(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    installFontSubstitutions();
+    QuietProgram program(QString::fromLocal8Bit(argv[2]));
+    program.global.SearchClient = QString::fromUtf16(kClient);
+    const std::int64_t start = nanosecondsNow();
+    const auto database = program.engine.OpenDatabase(program.global.DatabaseFileName);
+    const LetterTexts texts = readLetterTexts(Letter::Invoice, *database, program.global);
+    Logs logs(argv[2], invoiceStatement());
+    DataReport report =
+        letterReport(Letter::Invoice, u"Archer & Archer\r\n12 Court Square"_s, texts, program.global);
+    report.setDataSource(&logs.rows);
+    report.Refresh();
+    showFirstPage(report, program.dialogs, program.errors);
+    tell("first_page", secondsSince(start));
+    tell("logs", logs.rows.RecordCount());
+    const FaceMeasurer measurer;
+    ReportPages pages(report.design(), report.records(), measurer);
+    tell("count", secondsOf([&] { pages.count(); }));
+    tell("pages", pages.found());
+    tellPeak();
+    return 0;
+}
+
+int makeInvoiceDocument(int argc, char **argv)
+{
+    QApplication application(argc, argv);
+    installFontSubstitutions();
+    const std::int64_t start = nanosecondsNow();
+    Logs logs(argv[2], invoiceStatement());
+    QPlainTextEdit edit;
+    edit.setReadOnly(true);
+    QTextCursor cursor(edit.document());
+    for (; !logs.rows.EOF_(); logs.rows.MoveNext()) {
+        const auto field = [&](const QString &name) { return logs.rows.Fields(name); };
+        const QString money = u"\"$\"#,##0.00"_s;
+        cursor.insertText(u"Employee:\tWhen:\tRate:\tTime (in tenths of an hour):\tFee:\n%1\t%2\t%3\t%4\t%5\n"
+                          u"Service provided:\n%6\n\n"_s.arg(
+                              joinText(field(u"Employee"_s)),
+                              format(field(u"Beginning Time"_s), u"m/d/yy h:nn AM/PM"),
+                              format(field(u"Rate"_s), money), joinText(field(u"Duration"_s)),
+                              format(field(u"Fee"_s), money), joinText(field(u"Log Summary"_s))));
+    }
+    edit.moveCursor(QTextCursor::Start);
+    PaintWatch watch({[&](QWidget *painted) { return painted == edit.viewport(); }});
+    edit.show();
+    watch.wait();
+    tell("first_page", secondsSince(start));
     tellPeak();
     return 0;
 }

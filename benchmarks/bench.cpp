@@ -31,6 +31,7 @@ constexpr int kLogs = 100'000;
 constexpr int kStarts = 15;
 constexpr int kSaves = 101;
 constexpr int kReportLogs = 10'000;
+constexpr int kInvoicedLogs = 21'000; // of which the client of the invoice has a few more than 500
 constexpr int kReports = 3;
 constexpr int kClients = 5'000;
 constexpr int kClosed = 1'000;
@@ -167,6 +168,20 @@ void measureContacts(const QString &file)
     tellGoal("contacts_report_first_page_5000", lines["contacts_report_first_page"], 0.5);
 }
 
+void measureInvoice(const QString &file)
+{
+    const QMap<QByteArray, double> invoice = medianOfChildren({u"--invoice"_s, file});
+    const QMap<QByteArray, double> document = medianOfChildren({u"--invoice-document"_s, file});
+    if (invoice["logs"] < 500)
+        throw std::runtime_error("the invoice has too few logs");
+    tell("invoice_first_page_500_logs", invoice["first_page"]);
+    tell("invoice_count_500_logs", invoice["count"]);
+    tell("document_shown_500_logs", document["first_page"]);
+    std::printf("memory at most: invoice of %.0f pages %.1f MB, document %.1f MB\n", invoice["pages"],
+                invoice["peak"] / kMegabyte, document["peak"] / kMegabyte);
+    tellGoal("invoice_first_page_500_logs", invoice["first_page"], 0.3);
+}
+
 void measureSave(const QString &file)
 {
     const SaveCost cost = measureSaves(file, kSaves);
@@ -199,6 +214,9 @@ int measureAll(const QString &folder)
     const QString clients = files.filePath(u"clients.mdb"_s);
     generateClients(clients, kClients, kClosed);
     measureContacts(clients);
+    const QString invoiced = files.filePath(u"invoiced.mdb"_s);
+    generate(invoiced, kInvoicedLogs);
+    measureInvoice(invoiced);
     return 0;
 }
 
@@ -224,6 +242,10 @@ int main(int argc, char **argv)
             return makeDocument(argc, argv);
         if (argc > 2 && std::strcmp(argument, "--todo") == 0)
             return useToDo(argc, argv);
+        if (argc > 2 && std::strcmp(argument, "--invoice") == 0)
+            return makeInvoice(argc, argv);
+        if (argc > 2 && std::strcmp(argument, "--invoice-document") == 0)
+            return makeInvoiceDocument(argc, argv);
         QCoreApplication application(argc, argv);
         return measureAll(argc > 1 ? QString::fromLocal8Bit(argument)
                                    : QCoreApplication::applicationDirPath());
