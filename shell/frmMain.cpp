@@ -19,6 +19,19 @@ using namespace Qt::StringLiterals;
 
 namespace vardelin {
 
+namespace {
+
+// The area would pass the focus on to the next field.
+void setMaximized(QMdiSubWindow *window, bool maximized)
+{
+    QWidget *focus = window->widget()->focusWidget();
+    maximized ? window->showMaximized() : window->showNormal();
+    if (focus)
+        focus->setFocus();
+}
+
+} // namespace
+
 frmMain::frmMain(Global &global) : m_global(global), m_area(new QMdiArea(this))
 {
     setObjectName(u"frmMain"_s);
@@ -90,6 +103,10 @@ void frmMain::showFirstWindows()
 
 void frmMain::addChild(ChildWindow *child)
 {
+    QMdiSubWindow *before = m_area->currentSubWindow();
+    const bool maximized = before && before->isMaximized();
+    if (maximized) // else the area maximizes the new one amid its first show, which puts the size back
+        setMaximized(before, false);
     QMdiSubWindow *window = m_area->addSubWindow(child);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowIcon(windowIcon());
@@ -104,6 +121,8 @@ void frmMain::addChild(ChildWindow *child)
     window->setGeometry(QRect(QPoint(step, step), wanted));
     window->show();
     m_area->setActiveSubWindow(window);
+    if (maximized)
+        setMaximized(window, true);
 }
 
 // The area stays a shade behind its windows when the desktop turns from light to dark.

@@ -142,6 +142,20 @@ TEST_F(ChildWindows, TileAndCascadeLeaveEveryOneInSight)
         EXPECT_NE(windows[i]->pos(), windows[i - 1]->pos());
 }
 
+TEST_F(ChildWindows, OpenMaximizedBesideAMaximizedOne)
+{
+    EntryWindow *entry = open.NewEntryWindow();
+    entry->parentWidget()->showMaximized();
+    choose(entry, u"mnuEnterDisplay"_s);
+    QWidget *display = office.activeChild();
+    ASSERT_NE(display, entry);
+    EXPECT_EQ(display->parentWidget()->geometry(), office.main.area().viewport()->rect());
+    EXPECT_EQ(display->focusWidget()->objectName(), u"Text1"_s);
+    static_cast<QMdiSubWindow *>(display->parentWidget())->showNormal();
+    for (const QMdiSubWindow *window : office.main.area().subWindowList())
+        EXPECT_LT(window->width(), office.main.area().viewport()->width());
+}
+
 TEST_F(ChildWindows, KeysReachTheActiveWindowAloneAndLeaveEditingWhole)
 {
     open.NewEntryWindow();
