@@ -215,7 +215,7 @@ QSize FramePane::minimumSizeHint() const
 
 QSize FramePane::sizeHint() const
 {
-    return {toPixels(9000), 9 * rowHeight()};
+    return {std::max(toPixels(9000), minimumSizeHint().width() * 5 / 4), 9 * rowHeight()};
 }
 
 void FramePane::resizeEvent(QResizeEvent *)
