@@ -379,6 +379,40 @@ TEST_F(ToDoTest, editsAtPriorityThreeAndFindsTheOldRowByTheNewPriority)
         << "the old row wasn't found and stays beside the new one";
 }
 
+TEST_F(ToDoTest, tellsOfWhatFailsInTheWordsOfEachCommand)
+{
+    addItem(u"3"_s, {}, {}, u"Will"_s, u"draft"_s);
+    frmToDo list(global);
+    list.show();
+    {
+        frmAddToToDo form(global, list);
+        form.show();
+        control<QListWidget>(&form, u"List2"_s)->setCurrentRow(0);
+        control<QLineEdit>(&form, u"Text1"_s)->setText(QString(101, u'x')); // more than the column takes
+        dialogs.expect(u"Unable to add To Do item"_s);
+        choose(&form, u"mnuDone"_s);
+        EXPECT_FALSE(form.isVisible()) << "the item is lost";
+    }
+    EXPECT_EQ(table(), QStringList{u"draft,,,Will,3"_s});
+    const QString file = global.DatabaseFileName;
+    const auto lose = [&] { global.DatabaseFileName = folder.filePath(u"gone.mdb"_s); };
+    edit(list, 0, [&](frmEditToDo &form) {
+        lose();
+        dialogs.expectBeginning(u"Run-time error '3024':"_s);
+        choose(&form, u"mnuDone"_s);
+        choose(&form, u"mnuReturn"_s);
+    });
+    EXPECT_EQ(ended, 1) << "nothing catches it";
+    dialogs.expectBeginning(u"Error in Edit To Do routine: "_s);
+    choose(&list, u"mnuEditItem"_s);
+    dialogs.expectBeginning(u"There was an error in returning from the To Do List: "_s);
+    choose(&list, u"mnuDone"_s);
+    EXPECT_TRUE(list.isVisible());
+    dialogs.expectBeginning(u"Error in the To Do module: "_s);
+    EXPECT_EQ(shown(*std::make_unique<frmToDo>(global)), QStringList());
+    global.DatabaseFileName = file;
+}
+
 TEST_F(ToDoTest, editsTheItemOfAClientOfOneName)
 {
     add(u"Things To Do"_s, {{u"TTD Priority"_s, u"3"_s},
