@@ -10,6 +10,7 @@
 #include <QGlyphRun>
 #include <QPageRanges>
 #include <QPainter>
+#include <QPrintEngine>
 #include <QPrinter>
 #include <QTextLayout>
 
@@ -211,6 +212,18 @@ std::vector<int> pagesFor(const QPrinter &printer, int count)
     return numbers;
 }
 
+// Qt's print dialog also hands a list of pages on to CUPS, which would pick anew among those that are left.
+void keepRangeFromCups(QPrinter &printer)
+{
+    constexpr auto cupsOptions = QPrintEngine::PrintEnginePropertyKey(0xfe00); // names and values by turns
+    QStringList options = printer.printEngine()->property(cupsOptions).toStringList();
+    const qsizetype at = options.indexOf(QStringLiteral("page-ranges"));
+    if (at < 0 || at + 1 >= options.size())
+        return;
+    options.remove(at, 2);
+    printer.printEngine()->setProperty(cupsOptions, options);
+}
+
 } // namespace
 
 bool writePdf(ReportPages &pages, QIODevice &device, const ReportProgress &progress)
@@ -239,6 +252,7 @@ bool printReport(ReportPages &pages, QPrinter &printer, const ReportProgress &pr
     printer.setDocName(pages.design().Caption);
     printer.setFullPage(true);
     const std::vector<int> numbers = pagesFor(printer, pages.count());
+    keepRangeFromCups(printer);
     const int copies = printer.supportsMultipleCopies() ? 1 : printer.copyCount();
     QPainter painter;
     if (numbers.empty() || !painter.begin(&printer))
