@@ -37,6 +37,13 @@ void setToFirst(FreeCombo *combo)
     combo->setText(combo->entries().value(0));
 }
 
+// What is typed next takes the place of the client.
+void startWith(FreeCombo *client)
+{
+    client->setFocus();
+    client->lineEdit()->selectAll();
+}
+
 } // namespace
 
 frmPaymentsDisbursements::frmPaymentsDisbursements(Global &global, QWidget *parent)
@@ -50,8 +57,8 @@ frmPaymentsDisbursements::frmPaymentsDisbursements(Global &global, QWidget *pare
     makeWalks();
     layOut(bar);
     bindFields();
-    Combo1[0]->setFocus();
     Form_Load();
+    startWith(Combo1[0]);
 }
 
 frmPaymentsDisbursements::~frmPaymentsDisbursements() = default;
@@ -218,7 +225,7 @@ void frmPaymentsDisbursements::saveDisbursement()
     DTPicker1->setValue(m_global.services.clock.now());
     Text1_0->clear();
     Text1_1->clear();
-    Combo1[0]->setFocus(); // for the next record
+    startWith(Combo1[0]);
 }
 
 void frmPaymentsDisbursements::savePayment()
@@ -240,7 +247,7 @@ void frmPaymentsDisbursements::savePayment()
     setToFirst(Combo2);
     DTPicker3->setValue(m_global.services.clock.now());
     Text3->clear();
-    Combo2->setFocus();
+    startWith(Combo2);
 }
 
 // fields: by EntryField.

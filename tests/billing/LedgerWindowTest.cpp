@@ -172,7 +172,9 @@ TEST_F(LedgerWindowTest, ADisbursementIsSavedAndTheFieldsAreReady)
     EXPECT_EQ(the<FreeCombo>(u"Combo1(0)"_s)->Text(), u"Adams, Al"_s);
     EXPECT_EQ(the<FreeCombo>(u"Combo1(1)"_s)->Text() + text(u"Text1(1)"_s), QString());
     EXPECT_EQ(the<FreeCombo>(u"Combo1(1)"_s)->entries(), QStringList());
-    EXPECT_TRUE(the<FreeCombo>(u"Combo1(0)"_s)->hasFocus()) << "ready for the next";
+    EXPECT_TRUE(the<FreeCombo>(u"Combo1(0)"_s)->hasFocus());
+    EXPECT_EQ(the<FreeCombo>(u"Combo1(0)"_s)->lineEdit()->selectedText(), u"Adams, Al"_s)
+        << "ready for the next client";
     tab(2);
     EXPECT_EQ(record(2), u"O'Neil, Ann | New & Co | $1,234.57"_s);
 }
