@@ -16,18 +16,22 @@ namespace {
 
 constexpr rlim_t kPage = 4096;
 
-// Its process is killed at the first byte that it writes at `limit` or beyond, in whatever file.
-void deactivateUntil(rlim_t limit, const QString &file)
+// How the process ends whose first byte at `limit` or beyond, in whatever file, is its death (SIG_DFL) or an
+// error (SIG_IGN).
+int deactivateUntil(rlim_t limit, void (*atLimit)(int), const QString &file)
 {
-    const rlimit none{0, 0}, most{limit, limit};
-    ::setrlimit(RLIMIT_CORE, &none);
-    ::setrlimit(RLIMIT_FSIZE, &most);
-    std::signal(SIGXFSZ, SIG_DFL);
-    dao::DBEngine engine;
-    const auto database = engine.OpenDatabase(file);
-    const auto active = database->OpenRecordset(u"Active Clients"_s);
-    if (!deactivate(*database, *active, {u"Last 21"_s, u"Jo"_s}, serialOf({2026, 10, 16})))
-        throw std::runtime_error("no such client");
+    return jet::test::Child([&] {
+               const rlimit none{0, 0}, most{limit, limit};
+               ::setrlimit(RLIMIT_CORE, &none);
+               ::setrlimit(RLIMIT_FSIZE, &most);
+               std::signal(SIGXFSZ, atLimit);
+               dao::DBEngine engine;
+               const auto database = engine.OpenDatabase(file);
+               const auto active = database->OpenRecordset(u"Active Clients"_s);
+               if (!deactivate(*database, *active, {u"Last 21"_s, u"Jo"_s}, serialOf({2026, 10, 16})))
+                   throw std::runtime_error("no such client");
+           })
+        .wait();
 }
 
 QByteArray bytesOf(const QString &path)
@@ -39,8 +43,9 @@ QByteArray bytesOf(const QString &path)
 
 } // namespace
 
-// The process dies at every page that the command writes, of the journal and of the file.
-TEST_F(ClientWindowsTest, ACrashLeavesTheClientWhereItWas)
+// The process dies, or is refused the writing, at every page that the command writes, of the journal and of
+// the file.
+TEST_F(ClientWindowsTest, ACrashOrAFullDiskLeavesTheClientWhereItWas)
 {
     for (int i = 0; i < 30; ++i)
         addClient(u"Last %1"_s.arg(i), u"Jo"_s,
@@ -53,21 +58,24 @@ TEST_F(ClientWindowsTest, ACrashLeavesTheClientWhereItWas)
         return std::pair(exportedRows(path, u"Active Clients"_s), exportedRows(path, u"Inactive Clients"_s));
     };
     const auto old = state(file);
-    deactivateUntil(RLIM_INFINITY, file);
+    ASSERT_EQ(deactivateUntil(RLIM_INFINITY, SIG_DFL, file), 0);
     const auto moved = state(file);
     ASSERT_EQ(moved.first.size(), old.first.size() - 1);
     ASSERT_EQ(moved.second.size(), old.second.size() + 1);
 
-    int killed = 0, halfWritten = 0;
+    int killed = 0, refused = 0, halfWritten = 0;
     const auto pages = static_cast<rlim_t>(QFileInfo(before).size()) / kPage;
     for (rlim_t page = 0;; ++page) {
         ASSERT_LE(page, pages + 8);
         QFile::remove(file);
         QFile::remove(file + u"-journal"_s);
         ASSERT_TRUE(QFile::copy(before, file));
-        const int status = jet::test::Child([&] { deactivateUntil(page * kPage, file); }).wait();
+        if (page % 4 == 0)
+            refused += WEXITSTATUS(deactivateUntil(page * kPage, SIG_IGN, file)) == 1 &&
+                       bytesOf(file) == bytesOf(before);
+        const int status = deactivateUntil(page * kPage, SIG_DFL, file);
         killed += WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ;
-        if (WIFEXITED(status) && WEXITSTATUS(status) == 0)
+        if (WIFEXITED(status))
             break; // it had room for everything
         halfWritten += bytesOf(file) != bytesOf(before);
         engine.OpenDatabase(file);
@@ -78,6 +86,7 @@ TEST_F(ClientWindowsTest, ACrashLeavesTheClientWhereItWas)
     }
     EXPECT_TRUE(state(file) == moved);
     EXPECT_GT(killed, 20);
+    EXPECT_EQ(refused, (killed + 3) / 4);
     EXPECT_GT(halfWritten, 0) << "of " << killed << " crashes one at least in the midst of the file's pages";
 }
 
