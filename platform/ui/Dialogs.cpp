@@ -22,7 +22,8 @@ namespace vardelin {
 namespace {
 
 const auto kProgramTitle = u"Vardelin"_s;
-constexpr int kInputWidth = 420; // pixels; long prompts wrap at it
+constexpr int kInputWidth = 420;      // pixels; long prompts wrap at it
+constexpr int kLongestMessage = 1024; // characters: the button below must stay on the screen
 
 QList<QMessageBox::StandardButton> buttonsOf(Buttons buttons)
 {
@@ -155,7 +156,8 @@ Answer QtDialogs::msgBox(const MsgBox &box)
     QMessageBox window(QApplication::activeWindow());
     window.setWindowTitle(box.title.isEmpty() ? kProgramTitle : box.title);
     window.setTextFormat(Qt::PlainText);
-    window.setText(box.prompt);
+    const bool fits = box.prompt.size() <= kLongestMessage;
+    window.setText(fits ? box.prompt : box.prompt.left(kLongestMessage) + u'…');
     window.setIcon(iconOf(box.icon));
     const auto buttons = buttonsOf(box.buttons);
     for (const auto button : buttons)

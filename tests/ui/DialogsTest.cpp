@@ -92,9 +92,10 @@ TEST(MessageBox, showsPlainTextUnderTheProgramsName)
     }
     const Person person([](QDialog *window) {
         EXPECT_EQ(window->windowTitle(), u"Delete This Record"_s);
+        EXPECT_LT(window->height(), 600) << "the button stays on the screen";
         window->reject();
     });
-    dialogs.msgBox({.prompt = u"?"_s, .title = u"Delete This Record"_s});
+    dialogs.msgBox({.prompt = prompt.repeated(20), .title = u"Delete This Record"_s});
 }
 
 TEST(InputBox, givesWhatIsTypedAndNothingOnCancel)
