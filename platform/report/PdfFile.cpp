@@ -120,7 +120,8 @@ void PdfFile::finish(const QByteArray &resources, const QString &title,
     if (!bookmarks.empty())
         outline = "/PageMode/UseOutlines/Outlines " + pdfReference(writeOutline(bookmarks));
     const int catalog = newObject(), info = newObject();
-    write(catalog, "<</Type/Catalog/Pages " + pdfReference(m_tree) + outline + ">>");
+    write(catalog, "<</Type/Catalog/Lang(en)/ViewerPreferences<</DisplayDocTitle true>>/Pages " +
+                       pdfReference(m_tree) + outline + ">>");
     write(info, "<</Title" + pdfText(title) + "/Creator(Vardelin)/CreationDate(D:" +
                     QDateTime::currentDateTimeUtc().toString(u"yyyyMMddHHmmss"_s).toLatin1() + "Z)>>");
     const qint64 table = m_written;

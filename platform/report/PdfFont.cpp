@@ -35,6 +35,12 @@ QByteArray postScriptName(const QRawFont &face)
     return name;
 }
 
+// A TrueType face whose outlines are those in the file, and not blended from them.
+bool isPlain(const QRawFont &face)
+{
+    return face.fontTable("fvar").isEmpty() && !trueTypeSubset(face, {}).isEmpty();
+}
+
 void appendByte(QByteArray &content, char byte)
 {
     if (byte == '\r') { // by itself it would be read as a line feed
@@ -49,7 +55,7 @@ void appendByte(QByteArray &content, char byte)
 } // namespace
 
 PdfFont::PdfFont(QRawFont face, QByteArray name, bool bold)
-    : m_face(std::move(face)), m_name(std::move(name)), m_trueType(!m_face.fontTable("glyf").isEmpty()),
+    : m_face(std::move(face)), m_name(std::move(name)), m_trueType(isPlain(m_face)),
       m_thickened(bold && m_face.weight() < QFont::DemiBold), m_known(kKnown)
 {
     m_face.setPixelSize(m_face.unitsPerEm());

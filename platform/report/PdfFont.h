@@ -19,7 +19,7 @@ public:
     PdfFont(QRawFont face, QByteArray name, bool bold);
 
     const QRawFont &face() const { return m_face; }
-    bool isTrueType() const { return m_trueType; } // all glyphs are in one font of the file
+    bool isTrueType() const { return m_trueType; } // so all glyphs are in one font of the file
     bool isThickened() const { return m_thickened; }
     // The glyph of a character that stands for itself; 0: the face has none.
     quint32 glyphOf(QChar letter)
