@@ -8,12 +8,13 @@
 #include "shell/state/FormPosition.h"
 #include "shell/state/Global.h"
 
+#include <QApplication>
 #include <QCloseEvent>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QPointer>
 
 using namespace Qt::StringLiterals;
 
@@ -21,11 +22,43 @@ namespace vardelin {
 
 namespace {
 
-// The area would pass the focus on to the next field.
-void setMaximized(QMdiSubWindow *window, bool maximized)
+// Maximizing a window and restoring it hides it for a moment. Qt passes the focus on to the next field then;
+// this gives it back.
+class FocusKeeper final : public QObject
+{
+public:
+    explicit FocusKeeper(QMdiSubWindow *window) : QObject(window), m_window(window)
+    {
+        window->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *watched, QEvent *event) override
+    {
+        if (event->type() == QEvent::Hide && m_window->widget())
+            m_focus = m_window->widget()->focusWidget();
+        if (event->type() == QEvent::Show && m_focus)
+            QMetaObject::invokeMethod(
+                this, [this] { giveBack(); }, Qt::QueuedConnection);
+        return QObject::eventFilter(watched, event);
+    }
+
+private:
+    void giveBack()
+    {
+        if (m_focus && m_window->isAncestorOf(QApplication::focusWidget()))
+            m_focus->setFocus(Qt::OtherFocusReason);
+        m_focus = nullptr;
+    }
+
+    QMdiSubWindow *m_window;
+    QPointer<QWidget> m_focus;
+};
+
+// For a window that another one takes the focus from before it is given back.
+void restore(QMdiSubWindow *window)
 {
     QWidget *focus = window->widget()->focusWidget();
-    maximized ? window->showMaximized() : window->showNormal();
+    window->showNormal();
     if (focus)
         focus->setFocus();
 }
@@ -106,9 +139,10 @@ void frmMain::addChild(ChildWindow *child)
     QMdiSubWindow *before = m_area->currentSubWindow();
     const bool maximized = before && before->isMaximized();
     if (maximized) // else the area maximizes the new one amid its first show, which puts the size back
-        setMaximized(before, false);
+        restore(before);
     QMdiSubWindow *window = m_area->addSubWindow(child);
     window->setAttribute(Qt::WA_DeleteOnClose);
+    new FocusKeeper(window);
     window->setWindowIcon(windowIcon());
     m_global.Forms.add(child);
     if (QMenu *menu = child->windowMenu())
@@ -122,7 +156,7 @@ void frmMain::addChild(ChildWindow *child)
     window->show();
     m_area->setActiveSubWindow(window);
     if (maximized)
-        setMaximized(window, true);
+        window->showMaximized();
 }
 
 // The area stays a shade behind its windows when the desktop turns from light to dark.

@@ -146,12 +146,17 @@ TEST_F(ChildWindows, OpenMaximizedBesideAMaximizedOne)
 {
     EntryWindow *entry = open.NewEntryWindow();
     entry->parentWidget()->showMaximized();
+    control<QLineEdit>(entry, u"Text1"_s)->setFocus();
     choose(entry, u"mnuEnterDisplay"_s);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(entry->focusWidget()->objectName(), u"Text1"_s);
     QWidget *display = office.activeChild();
     ASSERT_NE(display, entry);
     EXPECT_EQ(display->parentWidget()->geometry(), office.main.area().viewport()->rect());
     EXPECT_EQ(display->focusWidget()->objectName(), u"Text1"_s);
     static_cast<QMdiSubWindow *>(display->parentWidget())->showNormal();
+    QCoreApplication::processEvents();
+    EXPECT_EQ(display->focusWidget()->objectName(), u"Text1"_s);
     for (const QMdiSubWindow *window : office.main.area().subWindowList())
         EXPECT_LT(window->width(), office.main.area().viewport()->width());
 }
