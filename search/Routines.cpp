@@ -201,6 +201,7 @@ void showReportOn(Global &global, const QString &statement)
     {
         const BusyPointer busy;
         connection.Open(ado::connectionText(global.DatabaseFileName, u"Admin"_s));
+        records.CursorType = 3;
         records.Open(statement, connection);
     }
     showLogReport(global, records, records.RecordCount() == 0 ? QString::fromUtf16(kNoRecords) : QString());
