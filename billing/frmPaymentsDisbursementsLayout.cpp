@@ -108,10 +108,8 @@ void frmPaymentsDisbursements::makeFields()
     };
     Option1[0] = option(u"Option1(0)"_s, u"Fee"_s);
     Option1[1] = option(u"Option1(1)"_s, u"Disbursement"_s);
-    Option1[0]->setChecked(true);
     Option2[0] = option(u"Option2(0)"_s, u"Search within disbursement records"_s);
     Option2[1] = option(u"Option2(1)"_s, u"Search within payment records"_s);
-    Option2[0]->setChecked(true);
 }
 
 void frmPaymentsDisbursements::makeWalks()
@@ -170,14 +168,21 @@ QWidget *frmPaymentsDisbursements::frame(int array, const QString &caption, QWid
 
 namespace {
 
+// The first is chosen. Tab stops at the chosen one alone; the arrow keys choose.
 QWidget *optionPair(QRadioButton *const (&buttons)[2])
 {
     auto *pair = new QWidget;
     auto *row = new QHBoxLayout(pair);
     row->setContentsMargins(0, 0, 0, 0);
-    row->addWidget(buttons[0]);
-    row->addWidget(buttons[1]);
+    for (QRadioButton *button : buttons) {
+        row->addWidget(button);
+        button->setFocusPolicy(Qt::ClickFocus);
+        QObject::connect(button, &QRadioButton::toggled, button, [button](bool chosen) {
+            button->setFocusPolicy(chosen ? Qt::StrongFocus : Qt::ClickFocus);
+        });
+    }
     row->addStretch(1);
+    buttons[0]->setChecked(true);
     return pair;
 }
 

@@ -309,7 +309,9 @@ TEST_F(LedgerWindowTest, APaymentSearchLeavesFourDisbursementFramesOnView)
     open();
     tab(4);
     choose(window.get(), u"mnuSearch"_s);
-    the<QRadioButton>(u"Option2(1)"_s)->click();
+    QTest::keyClick(window->focusWidget(), Qt::Key_Tab, Qt::ShiftModifier);
+    EXPECT_TRUE(the<QRadioButton>(u"Option2(0)"_s)->hasFocus()) << "the chosen one";
+    QTest::keyClick(window->focusWidget(), Qt::Key_Right);
     the<QLineEdit>(u"Text5"_s)->setText(u"adams"_s);
     choose(window.get(), u"mnuContinue"_s);
     EXPECT_EQ(framesOnView(), u"2:0123"_s);
