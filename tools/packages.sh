@@ -1,7 +1,7 @@
 # The Debian packages that building, running and testing take, and the function that installs those that are missing.
 # Sourced by ./run and ./test.
 
-build_packages=(g++ cmake ninja-build qt6-base-dev qt6-webengine-dev libqt6svg6)
+build_packages=(g++ cmake ninja-build qt6-base-dev qt6-webengine-dev libqt6svg6 pkgconf libcairo2-dev)
 # The web view shows the help; without it the program does with Qt's own text browser.
 run_packages=(fonts-liberation2 libqt6webenginewidgets6)
 virtual_screen_packages=(xvfb jwm)

@@ -3,15 +3,12 @@
 #include "platform/base/RunTimeError.h"
 #include "platform/report/PagePainter.h"
 #include "platform/report/ReportExport.h"
-#include "platform/report/ReportFonts.h"
-#include "platform/report/TrueTypeSubset.h"
 #include "tests/support/Judges.h"
 
 #include <QBuffer>
 #include <QImage>
 #include <QPageRanges>
 #include <QPainter>
-#include <QPainterPath>
 #include <QPrinter>
 #include <QRegularExpression>
 #include <QStandardPaths>
@@ -158,12 +155,11 @@ void ExportTest::expectScriptsIn(const QString &fontName)
     ReportPages sheets(set, scripts, measurer);
     const QString pdf = path(u"scripts.pdf"_s);
     ASSERT_TRUE(exportReport(sheets, pdf, writePdf, goOn));
-    const QString read = outputOf(u"pdftotext"_s, {u"-raw"_s, pdf, u"-"_s});
+    const QString read = outputOf(u"pdftotext"_s, {pdf, u"-"_s});
     for (const QString &text : texts)
         EXPECT_TRUE(read.contains(text)) << text.toStdString() << " in " << read.toStdString();
     for (const QString &line : outputOf(u"pdffonts"_s, {pdf}).split(u'\n', Qt::SkipEmptyParts).mid(2))
-        EXPECT_TRUE(line.contains(QRegularExpression(u"(Identity-H +yes yes yes|Type 3 .* yes no +yes)"_s)))
-            << line.toStdString();
+        EXPECT_TRUE(line.contains(QRegularExpression(u" yes yes yes "_s))) << line.toStdString();
 
     // As the window draws it: what either has ink for, the other has within a pixel.
     outputOf(u"pdftoppm"_s, {u"-r"_s, u"72"_s, u"-gray"_s, u"-singlefile"_s, pdf, path(u"page"_s)});
@@ -181,15 +177,6 @@ void ExportTest::expectScriptsIn(const QString &fontName)
 // A face of the one kind of outlines, and one of another where it is installed.
 TEST_F(ExportTest, PdfKeepsTheTextAndTheLookOfEveryScript)
 {
-    const QFont plain = outlineFont(kTen, 2048);
-    const QRawFont face = QRawFont::fromFont(plain);
-    const QList<quint32> glyphs = face.glyphIndexesForString(u"é(A"_s);
-    QRawFont subset(trueTypeSubset(face, {glyphs[0], glyphs[1]}), 2048, QFont::PreferNoHinting);
-    ASSERT_TRUE(subset.isValid()) << "another library reads what was made";
-    EXPECT_TRUE(subset.pathForGlyph(glyphs[0]) == face.pathForGlyph(glyphs[0])) << "with its accent";
-    EXPECT_TRUE(subset.pathForGlyph(glyphs[1]) == face.pathForGlyph(glyphs[1]));
-    EXPECT_TRUE(subset.pathForGlyph(glyphs[2]).isEmpty());
-
     if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty())
         GTEST_SKIP() << "pdftotext (poppler-utils) is not installed: the PDF was not read back";
     expectScriptsIn(u"Arial"_s);
