@@ -22,30 +22,40 @@ namespace vardelin {
 
 namespace {
 
-// Maximizing a window and restoring it hides it for a moment. Qt passes the focus on to the next field then;
-// this gives it back.
+// Maximizing a window and restoring it hides it for a moment, also when the area does it to go on to another
+// window. Qt passes the focus on to the next field then; this gives it back, at once or when the window is
+// the active one again.
 class FocusKeeper final : public QObject
 {
 public:
     explicit FocusKeeper(QMdiSubWindow *window) : QObject(window), m_window(window)
     {
         window->installEventFilter(this);
+        connect(window, &QMdiSubWindow::windowStateChanged, this, [this] { giveBackLater(); });
     }
 
     bool eventFilter(QObject *watched, QEvent *event) override
     {
-        if (event->type() == QEvent::Hide && m_window->widget())
+        if (event->type() == QEvent::Hide && !m_focus && m_window->widget())
             m_focus = m_window->widget()->focusWidget();
-        if (event->type() == QEvent::Show && m_focus)
-            QMetaObject::invokeMethod(
-                this, [this] { giveBack(); }, Qt::QueuedConnection);
+        if (event->type() == QEvent::Show)
+            giveBackLater();
         return QObject::eventFilter(watched, event);
     }
 
 private:
+    void giveBackLater()
+    {
+        if (m_focus)
+            QMetaObject::invokeMethod(
+                this, [this] { giveBack(); }, Qt::QueuedConnection);
+    }
+
     void giveBack()
     {
-        if (m_focus && m_window->isAncestorOf(QApplication::focusWidget()))
+        if (!m_focus || !m_window->isAncestorOf(QApplication::focusWidget()))
+            return;
+        if (QGuiApplication::mouseButtons() == Qt::NoButton) // else a field was chosen just now
             m_focus->setFocus(Qt::OtherFocusReason);
         m_focus = nullptr;
     }
@@ -53,15 +63,6 @@ private:
     QMdiSubWindow *m_window;
     QPointer<QWidget> m_focus;
 };
-
-// For a window that another one takes the focus from before it is given back.
-void restore(QMdiSubWindow *window)
-{
-    QWidget *focus = window->widget()->focusWidget();
-    window->showNormal();
-    if (focus)
-        focus->setFocus();
-}
 
 } // namespace
 
@@ -139,7 +140,7 @@ void frmMain::addChild(ChildWindow *child)
     QMdiSubWindow *before = m_area->currentSubWindow();
     const bool maximized = before && before->isMaximized();
     if (maximized) // else the area maximizes the new one amid its first show, which puts the size back
-        restore(before);
+        before->showNormal();
     QMdiSubWindow *window = m_area->addSubWindow(child);
     window->setAttribute(Qt::WA_DeleteOnClose);
     new FocusKeeper(window);

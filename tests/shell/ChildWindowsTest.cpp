@@ -146,10 +146,10 @@ TEST_F(ChildWindows, OpenMaximizedBesideAMaximizedOne)
 {
     EntryWindow *entry = open.NewEntryWindow();
     entry->parentWidget()->showMaximized();
+    QCoreApplication::processEvents();
     control<QLineEdit>(entry, u"Text1"_s)->setFocus();
     choose(entry, u"mnuEnterDisplay"_s);
     QCoreApplication::processEvents();
-    EXPECT_EQ(entry->focusWidget()->objectName(), u"Text1"_s);
     QWidget *display = office.activeChild();
     ASSERT_NE(display, entry);
     EXPECT_EQ(display->parentWidget()->geometry(), office.main.area().viewport()->rect());
@@ -157,6 +157,14 @@ TEST_F(ChildWindows, OpenMaximizedBesideAMaximizedOne)
     static_cast<QMdiSubWindow *>(display->parentWidget())->showNormal();
     QCoreApplication::processEvents();
     EXPECT_EQ(display->focusWidget()->objectName(), u"Text1"_s);
+    static_cast<QMdiSubWindow *>(display->parentWidget())->showMaximized();
+    for (int i = 0; i < 2; ++i) { // there and back
+        choose(office.activeChild(), i == 0 ? u"Toolbar1.Back"_s : u"Toolbar1.Forward"_s);
+        QCoreApplication::processEvents();
+        EXPECT_EQ(office.activeChild(), i == 0 ? entry : display);
+        EXPECT_EQ(office.activeChild()->focusWidget()->objectName(), u"Text1"_s);
+    }
+    static_cast<QMdiSubWindow *>(display->parentWidget())->showNormal();
     for (const QMdiSubWindow *window : office.main.area().subWindowList())
         EXPECT_LT(window->width(), office.main.area().viewport()->width());
 }
