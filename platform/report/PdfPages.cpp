@@ -152,8 +152,9 @@ void PdfPages::addShaped(const ReportItem &item)
     QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, item.text);
     for (qsizetype from = 0, to = finder.toNextBoundary(); to >= 0; from = to, to = finder.toNextBoundary()) {
         const qsizetype length = to - from;
-        clusters.push_back({line.cursorToX(static_cast<int>(from)), item.text.mid(from, length),
-                            layout.glyphRuns(static_cast<int>(from), static_cast<int>(length))});
+        QList<QGlyphRun> runs = layout.glyphRuns(static_cast<int>(from), static_cast<int>(length));
+        std::ranges::sort(runs, {}, [](const QGlyphRun &run) { return run.positions().value(0).x(); });
+        clusters.push_back({line.cursorToX(static_cast<int>(from)), item.text.mid(from, length), runs});
     }
     std::ranges::stable_sort(clusters, {}, &Cluster::left);
     for (const Cluster &cluster : clusters)
