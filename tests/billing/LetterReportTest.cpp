@@ -31,6 +31,13 @@ QString fontsOf(DataReport report)
     return fonts.join(u' ');
 }
 
+// Of an amount as another reader exports it: "-12.5000", "0"; nothing for Null.
+std::int64_t tenThousandths(const QString &exported)
+{
+    QString digits = exported.section(u'.', 0, 0) + exported.section(u'.', 1).leftJustified(4, u'0');
+    return exported.isEmpty() ? 0 : digits.toLongLong();
+}
+
 } // namespace
 
 struct LetterReportTest : BillingTest
@@ -89,12 +96,7 @@ TEST_F(LetterReportTest, TotalsAreExact)
     for (const QString &row : exportedRows(global.DatabaseFileName, u"Vardelins"_s)) {
         if (!row.contains("Roe"_L1))
             continue;
-        QString fee = row.section(u',', -1);
-        if (!fee.isEmpty() && !fee.contains(u'.'))
-            fee += u".0000"_s;
-        const QStringList parts = fee.split(u'.');
-        if (parts.size() == 2)
-            sum += (parts[0] + parts[1].leftJustified(4, u'0')).toLongLong();
+        sum += tenThousandths(row.section(u',', -1));
     }
     open(invoiceSelect(u"Roe, Jane"_s));
     EXPECT_EQ(rows.RecordCount(), 10'000);
@@ -113,6 +115,23 @@ TEST_F(LetterReportTest, TotalsAreExact)
     EXPECT_EQ(totalOf({}), QString()) << "of no logs a total of nothing";
     EXPECT_EQ(totalOf({NullValue()}), QString());
     EXPECT_EQ(totalOf({Currency{-5'000}, NullValue()}), u"\t-$0.50"_s);
+    const auto statementTotal = [&](Letter kind, Ledger ledger, const QString &table, int place) {
+        std::int64_t expected = 0;
+        for (const QString &row : exportedRows(global.DatabaseFileName, table))
+            expected += tenThousandths(row.section(u',', place, place));
+        open(statementSelect(ledger, u"Roe"_s, u"Jane"_s));
+        DataReport statement = letter(kind);
+        statement.setDataSource(&rows);
+        EXPECT_TRUE(
+            textOf(statement).contains(u":\t"_s + format(Currency{expected}, u"\"$\"#,##0.00") + u'\n'))
+            << expected;
+    };
+    for (const double paid : {0.005, -1234567.8901, 99'999'999'999.99}) {
+        addDisbursement({u"Roe"_s, u"Jane"_s}, u"Court"_s, paid);
+        addPayment({u"Roe"_s, u"Jane"_s}, paid < 0, 3 * paid);
+    }
+    statementTotal(Letter::Disbursements, Ledger::Disbursements, u"Disbursements"_s, 4);
+    statementTotal(Letter::Payments, Ledger::Payments, u"Payments"_s, 4);
     // Beyond what one amount can be.
     const Value largest = Currency{std::numeric_limits<std::int64_t>::max()};
     EXPECT_EQ(totalOf({largest, largest, Currency{10'000}}), u"\t$1,844,674,407,370,956.16"_s);
