@@ -1,8 +1,24 @@
 #include "shell/Tips.h"
 
+#include "platform/rich/RtfCodePage.h"
+
 #include <QFile>
+#include <QStringDecoder>
 
 namespace vardelin {
+
+namespace {
+
+constexpr int kWindows = 1252;
+
+QString textOf(const QByteArray &line)
+{
+    QStringDecoder utf8(QStringDecoder::Utf8);
+    const QString text = utf8(line);
+    return utf8.hasError() ? CodePages().decode(line, kWindows) : text;
+}
+
+} // namespace
 
 std::optional<QStringList> loadTips(const QString &path)
 {
@@ -14,7 +30,7 @@ std::optional<QStringList> loadTips(const QString &path)
         QByteArray line = file.readLine();
         while (line.endsWith('\n') || line.endsWith('\r'))
             line.chop(1);
-        tips += QString::fromUtf8(line);
+        tips += textOf(line);
     }
     return tips;
 }

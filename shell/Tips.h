@@ -6,7 +6,8 @@
 
 namespace vardelin {
 
-// The tips of a plain text file, UTF-8, one a line; empty lines count. nullopt if the file isn't there.
+// The tips of a plain text file, one a line; empty lines count. A line that isn't UTF-8 is Windows-1252, as
+// offices had it. nullopt if the file isn't there.
 std::optional<QStringList> loadTips(const QString &path);
 
 // The number of the next tip, from 1: the whole part of random (0 up to 1) times the number of tips, plus 1.

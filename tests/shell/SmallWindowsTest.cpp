@@ -32,8 +32,9 @@ TEST(Tips, areTheLinesOfAFileAndChosenWithoutMemory)
     writeTips(folder, "");
     EXPECT_EQ(loadTips(path), QStringList());
     writeTips(folder, "one\r\n\n\xC3\xBC"
-                      "ber\nlast");
-    EXPECT_EQ(loadTips(path), (QStringList{u"one"_s, QString(), u"über"_s, u"last"_s}))
+                      "ber\n\xFC"
+                      "ber \x93old\x94\nlast");
+    EXPECT_EQ(loadTips(path), (QStringList{u"one"_s, QString(), u"über"_s, u"über “old”"_s, u"last"_s}))
         << "empty lines count";
     EXPECT_EQ(nextTip(0.0, 4), 1);
     EXPECT_EQ(nextTip(0.2499, 4), 1);
