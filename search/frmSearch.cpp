@@ -101,6 +101,11 @@ QWidget *frmSearch::makeFrame(const QString &name, const QString &caption, const
     for (QString each : captions) {
         auto *button = new QRadioButton(each.replace(u'&', u"&&"_s)); // a user's word has no mnemonic
         button->setObjectName(buttonName.arg(buttons.size()));
+        // Tab leads to the chosen one, from where the arrows choose.
+        button->setFocusPolicy(Qt::ClickFocus);
+        connect(button, &QRadioButton::toggled, button, [button](bool chosen) {
+            button->setFocusPolicy(chosen ? Qt::StrongFocus : Qt::ClickFocus);
+        });
         inside->addWidget(button);
         buttons.push_back(button);
     }
