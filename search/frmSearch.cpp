@@ -103,9 +103,8 @@ QWidget *frmSearch::makeFrame(const QString &name, const QString &caption, const
         button->setObjectName(buttonName.arg(buttons.size()));
         // Tab leads to the chosen one, from where the arrows choose.
         button->setFocusPolicy(Qt::ClickFocus);
-        connect(button, &QRadioButton::toggled, button, [button](bool chosen) {
-            button->setFocusPolicy(chosen ? Qt::StrongFocus : Qt::ClickFocus);
-        });
+        connect(button, &QRadioButton::toggled, button,
+                [button](bool chosen) { button->setFocusPolicy(chosen ? Qt::StrongFocus : Qt::ClickFocus); });
         inside->addWidget(button);
         buttons.push_back(button);
     }
