@@ -8,8 +8,10 @@
 #include "database/Transfer.h"
 #include "platform/system/Files.h"
 #include "platform/ui/BusyPointer.h"
+#include "tests/jet/Processes.h"
 
 #include <QProgressBar>
+#include <sys/resource.h>
 
 using namespace Qt::StringLiterals;
 using namespace vardelin;
@@ -301,6 +303,104 @@ TEST(ImportActiveClients, keepsTheNameBeforeForANullOne)
     office.run(u"mnuImportDatabase"_s, source, u"The Active Client information from "_s);
     // "Solo, Edith" has gone, and the record with one name can't take the place: the key refuses it.
     EXPECT_EQ(office.column(u"Active Clients"_s, u"Active Client City"_s), QStringList{u"new"_s});
+}
+
+QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return file.readAll();
+}
+
+constexpr rlim_t kPage = 4096;
+
+// How a program of its own ends that makes the transfer: at the first byte that it writes at `limit` or
+// beyond, in whatever file, it dies (SIG_DFL) or is told that the disk is full (SIG_IGN).
+int transferUntil(rlim_t limit, void (*atLimit)(int), const QString &menu, const QString &own,
+                  const QString &other)
+{
+    return jet::test::Child([&] {
+               Office office; // the file handles and locks of its own
+               office.global.DatabaseFileName = own;
+               office.open();
+               const rlimit none{0, 0}, most{limit, limit};
+               ::setrlimit(RLIMIT_CORE, &none);
+               ::setrlimit(RLIMIT_FSIZE, &most);
+               std::signal(SIGXFSZ, atLimit);
+               office.dialogs.expectChoice({.FileName = other});
+               office.dialogs.expectBeginning(QString()); // whatever is said at the end
+               office.expectLastWord(menu);
+               choose(office.window, menu);
+           })
+        .wait();
+}
+
+// Whatever page of whatever file is the last that gets written, both files are sound, the source is as it
+// was, and what is changed holds what it held or what it shall.
+TEST(Transfers, aCrashOrAFullDiskLeavesBothFilesSound)
+{
+    const QTemporaryDir folder;
+    const QString own = folder.filePath(u"own.mdb"_s), other = folder.filePath(u"other.mdb"_s);
+    for (const QString &file : {own, other}) {
+        Office office;
+        office.global.DatabaseFileName = file;
+        CreateDatabase(office.global);
+        for (int i = 0; i < 150; ++i)
+            office.addClient(u"Name %1"_s.arg(file == own ? i : i + 75), u"Jo"_s,
+                             QString(40, file == own ? u'o' : u'x'));
+        for (int i = 0; i < 12; ++i)
+            office.addLog(u"Name"_s, 46300.5 + i, DateSerial{46300.6 + i}, QString(2500, u'n'));
+    }
+    const QByteArray oldOwn = bytesOf(own), oldOther = bytesOf(other);
+    const auto putBack = [&] {
+        for (const auto &[path, bytes] : {std::pair(own, oldOwn), std::pair(other, oldOther)}) {
+            QFile::remove(path + u"-journal"_s);
+            QFile file(path);
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
+            ASSERT_EQ(file.write(bytes), bytes.size());
+        }
+    };
+    qputenv("TMPDIR", QFile::encodeName(folder.path())); // of those who die
+    for (const QString &menu : {u"mnuExportVardelins"_s, u"mnuImportVardelins"_s, u"mnuExportActiveClients"_s,
+                                u"mnuImportDatabase"_s}) {
+        const bool toOther = menu.contains(u"Export"_s);
+        const QString &changed = toOther ? other : own, &source = toOther ? own : other;
+        const auto state = [&] {
+            return std::pair(exportedRows(changed, u"Vardelins"_s),
+                             exportedRows(changed, u"Active Clients"_s));
+        };
+        putBack();
+        const QByteArray before = bytesOf(source);
+        const auto old = state();
+        ASSERT_EQ(transferUntil(RLIM_INFINITY, SIG_DFL, menu, own, other), 0) << menu.toStdString();
+        const auto done = state();
+        ASSERT_NE(done, old) << menu.toStdString();
+        int died = 0;
+        const auto size = static_cast<rlim_t>((toOther ? oldOther : oldOwn).size());
+        const auto grown = static_cast<rlim_t>(QFileInfo(changed).size());
+        ASSERT_GT(grown, size) << menu.toStdString();
+        std::vector<rlim_t> limits{0, size / 2};
+        for (rlim_t limit = size; limit <= grown;
+             limit += std::max(kPage, (grown - size) / 8 / kPage * kPage))
+            limits.push_back(limit);
+        for (const rlim_t limit : limits) {
+            for (const auto atLimit : {SIG_DFL, SIG_IGN}) {
+                putBack();
+                const int status = transferUntil(limit, atLimit, menu, own, other);
+                died += WIFSIGNALED(status) && WTERMSIG(status) == SIGXFSZ;
+                dao::DBEngine().OpenDatabase(changed); // what is to be undone, is
+                const auto now = state();
+                EXPECT_TRUE(now == old || now == done) << menu.toStdString() << " at " << limit;
+                EXPECT_FALSE(QFileInfo::exists(changed + u"-journal"_s));
+                EXPECT_TRUE(jet::checkFile(changed.toStdString()).findings.empty())
+                    << menu.toStdString() << " at " << limit;
+                EXPECT_EQ(bytesOf(source), before);
+            }
+        }
+        EXPECT_GE(died, 3) << menu.toStdString();
+        expectSound(changed, VARDELIN_ROOT);
+    }
+    qunsetenv("TMPDIR");
 }
 
 } // namespace
