@@ -152,7 +152,7 @@ void importRows(Global &global, const Resuming &resuming)
     // As one in a crash: no client is deleted without the one that takes its place.
     control.ActiveConnection().BeginTrans();
     while (!source.EOF_()) {
-        bool named = true;
+        bool named = false; // without the columns no record has a name
         resuming([&] { named = hasName(source); });
         if (named)
             importClient(resuming, global, source, control.Recordset());

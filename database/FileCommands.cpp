@@ -105,7 +105,7 @@ void saveUnderNewName(Global &global)
     } else {
         if (!mayOverwrite(global))
             return; // with the busy pointer and the new name: settled
-        Kill(global.DatabaseFileName);
+        KillUnused(global, global.DatabaseFileName);
         // The source of this copy was never filled, so the file is gone and nothing takes its place: settled.
         CopyDatabaseFile(global, QString(), global.DatabaseFileName);
     }
@@ -121,9 +121,9 @@ void killIfThere(const QString &path)
 }
 
 // From here to the end of the renaming the data is in JUNK.MDB alone.
-void putInPlace(const QString &path)
+void putInPlace(Global &global, const QString &path)
 {
-    Kill(path);
+    KillUnused(global, path);
     try {
         Name(kJunk, path);
     } catch (const RunTimeError &error) {
@@ -146,7 +146,7 @@ void compactPickedFile(Global &global)
     killIfThere(inFolder(global.services.appPath, u"Backup.MDB"_s));
     // A bare name: the current folder, which needn't be the program's.
     global.services.engine.CompactDatabase(global.CompactFileName, kJunk);
-    putInPlace(global.CompactFileName);
+    putInPlace(global, global.CompactFileName);
     setMousePointer(kDefaultPointer);
     say(global, global.CompactFileName + u" has been successfully compacted"_s);
 }

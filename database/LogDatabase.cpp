@@ -68,7 +68,7 @@ void fillLists(Global &global, ado::Connection &connection)
 
 void overwriteWithDefault(Global &global)
 {
-    Kill(global.DatabaseFileName);
+    KillUnused(global, global.DatabaseFileName);
     // The default file takes the selected one's place, not a new file of its name: settled.
     global.DatabaseFileName = defaultDatabase(global.services.appPath);
     CreateDatabase(global);
@@ -93,6 +93,18 @@ void offerOverwrite(Global &global)
 }
 
 } // namespace
+
+void KillUnused(Global &global, const QString &path)
+{
+    constexpr int kPermissionDenied = 70, kFileInUse = 3045;
+    try {
+        global.services.engine.Workspaces(0).OpenDatabase(path, true);
+    } catch (const RunTimeError &error) {
+        if (error.number() == kFileInUse)
+            throw RunTimeError(kPermissionDenied);
+    }
+    Kill(path); // what can't be opened, too
+}
 
 QString defaultDatabase(const QString &appPath)
 {

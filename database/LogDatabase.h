@@ -24,6 +24,10 @@ void OpenLogDatabase(Global &global);
 // purpose: the caller goes on, and what isn't valid fails there.
 void ValidateDatabase(Global &global);
 
+// Deletes a file. RunTimeError 70 while anyone has it open as a database, this program included: the system
+// at hand would let it go with all that is in it.
+void KillUnused(Global &global, const QString &path);
+
 // Puts a path at the head of the recent files, unless one of the first five is the same, letter for letter.
 void UpdateRecentFiles(Settings &settings, const QString &path);
 

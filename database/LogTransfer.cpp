@@ -120,6 +120,7 @@ void ExportLogs(Global &global)
     resuming([&] { global.TransferRecordset = LogDatabase->OpenRecordset(u"Vardelins"_s); });
     resuming([&] {
         Adodc &control = currentWindow(global).control();
+        resuming([&] { control.commitEdits(); }); // what was typed goes with it
         if (global.TransferRecordset)
             exportRows(global, resuming, control.Recordset(), *LogDatabase);
         resuming([&] { control.SetBookmark(global.SavedBookmark); });
@@ -153,6 +154,7 @@ void ImportLogs(Global &global)
         const std::unique_ptr<dao::Recordset> source = std::move(global.TransferRecordset);
         if (source) {
             resuming([&] { source->MoveFirst(); });
+            resuming([&] { control.commitEdits(); });
             TransferProgress progress(&window, source->RecordCount());
             control.ActiveConnection().BeginTrans();
             while (!source->EOF_()) {

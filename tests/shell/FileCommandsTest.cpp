@@ -166,6 +166,13 @@ TEST(SaveFileAs, losesAnExistingTargetAndSaysSo)
     EXPECT_TRUE(QFile::exists(office.original));
     QTest::qWait(10);
     EXPECT_FALSE(office.last()) << "no window stays that can't show its file";
+
+    const QByteArray held = bytesOf(office.original); // the window's own file
+    office.pick(office.original);
+    office.dialogs.expect(office.original + u" already exists.  Overwrite?"_s, Answer::Yes, Buttons::YesNo);
+    office.dialogs.expect(u"Error in Save File As function: Permission denied"_s);
+    office.run(u"mnuSaveFileAs"_s);
+    EXPECT_EQ(bytesOf(office.original), held);
 }
 
 TEST(CompactDatabase, putsATighterFileInPlaceAndRefusesOneInUse)

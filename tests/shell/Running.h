@@ -56,6 +56,13 @@ private:
     std::deque<std::pair<QString, Action>> m_steps;
 };
 
+inline QByteArray bytesOf(const QString &path)
+{
+    QFile file(path);
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    return file.readAll();
+}
+
 struct Running : TestProgram
 {
     explicit Running(const QString &appPath)

@@ -114,6 +114,7 @@ TEST(ExportLogs, carriesTheSelectionWholeAndClosesItUnderTheWindow)
     office.open();
     office.window->showSelection(
         u"Select * from Vardelins where Client = 'Farrow, Edith' order by [Beginning Time]"_s);
+    typeOver(control<QLineEdit>(office.window, u"Text5"_s), u"typed last"_s);
     const QString target = office.folder.filePath(u"target.mdb"_s);
     office.run(u"mnuExportVardelins"_s, target, u"Vardelins have been successfully exported to "_s + target);
     const QStringList source = logsOf(office.global.DatabaseFileName);
@@ -122,6 +123,7 @@ TEST(ExportLogs, carriesTheSelectionWholeAndClosesItUnderTheWindow)
     expectSound(target, VARDELIN_ROOT);
     EXPECT_FALSE(office.window->control().isOpen());
     EXPECT_FALSE(office.busy());
+    EXPECT_EQ(source.filter(u"typed last"_s).size(), 1) << "and is in the target, too";
     // The window stands there without harm.
     for (const auto &menu : {u"mnuSaveChanges"_s, u"mnuGraphics"_s, u"mnuText"_s})
         choose(office.window, menu);
@@ -303,13 +305,6 @@ TEST(ImportActiveClients, keepsTheNameBeforeForANullOne)
     office.run(u"mnuImportDatabase"_s, source, u"The Active Client information from "_s);
     // "Solo, Edith" has gone, and the record with one name can't take the place: the key refuses it.
     EXPECT_EQ(office.column(u"Active Clients"_s, u"Active Client City"_s), QStringList{u"new"_s});
-}
-
-QByteArray bytesOf(const QString &path)
-{
-    QFile file(path);
-    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
-    return file.readAll();
 }
 
 constexpr rlim_t kPage = 4096;
