@@ -9,6 +9,7 @@
 #include "benchmarks/Reports.h"
 #include "benchmarks/SaveCost.h"
 #include "benchmarks/ToDo.h"
+#include "benchmarks/Transfer.h"
 #include "platform/system/Settings.h"
 
 #include <QCoreApplication>
@@ -182,6 +183,15 @@ void measureInvoice(const QString &file)
     tellGoal("invoice_first_page_500_logs", invoice["first_page"], 0.3);
 }
 
+void measureTransfer(const QString &file, const QString &other)
+{
+    const QMap<QByteArray, double> lines = runChild({u"--transfer"_s, file, other});
+    tell("export_100000_logs", lines["export"]);
+    tell("import_100000_logs", lines["import"]);
+    tellGoal("export_100000_logs", lines["export"], 3.0);
+    tellGoal("import_100000_logs", lines["import"], 3.0);
+}
+
 void measureSave(const QString &file)
 {
     const SaveCost cost = measureSaves(file, kSaves);
@@ -207,6 +217,7 @@ int measureAll(const QString &folder)
     measureSave(small);
     measureStarts(empty, large);
     measureDisplay(large);
+    measureTransfer(large, files.filePath(u"transferred.mdb"_s));
     const QString middle = files.filePath(u"middle.mdb"_s);
     generate(middle, kReportLogs);
     measureReport(middle, files.filePath(u"report.pdf"_s));
@@ -242,6 +253,8 @@ int main(int argc, char **argv)
             return makeDocument(argc, argv);
         if (argc > 2 && std::strcmp(argument, "--todo") == 0)
             return useToDo(argc, argv);
+        if (argc > 3 && std::strcmp(argument, "--transfer") == 0)
+            return transferLogs(argc, argv);
         if (argc > 2 && std::strcmp(argument, "--invoice") == 0)
             return makeInvoice(argc, argv);
         if (argc > 2 && std::strcmp(argument, "--invoice-document") == 0)

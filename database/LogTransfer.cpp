@@ -7,6 +7,8 @@
 #include "platform/base/Format.h"
 #include "platform/data/Adodc.h"
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace vardelin {
@@ -70,9 +72,9 @@ std::unique_ptr<dao::Database> openPicked(Global &global, const Resuming &resumi
     return database;
 }
 
-void exportRows(Global &global, const Resuming &resuming, ado::Recordset &LogRecordset,
-                dao::Database &LogDatabase)
+void exportRows(Global &global, const Resuming &resuming, Adodc &control, dao::Database &LogDatabase)
 {
+    ado::Recordset &LogRecordset = control.Recordset();
     auto &TransferRecordset = *global.TransferRecordset;
     resuming([&] { LogRecordset.MoveFirst(); });
     TransferProgress progress(&currentWindow(global), LogRecordset.RecordCount());
@@ -80,7 +82,11 @@ void exportRows(Global &global, const Resuming &resuming, ado::Recordset &LogRec
     if (!resuming([&] { LogDatabase.BeginTrans(); }))
         return; // in use by another program: every row would wait for it in vain
     while (!LogRecordset.EOF_()) {
-        exportLog(resuming, LogRecordset, TransferRecordset);
+        {
+            std::optional<ado::ReadTogether> reading; // a row's columns are read under one lock
+            resuming([&] { reading.emplace(control.ActiveConnection()); });
+            exportLog(resuming, LogRecordset, TransferRecordset);
+        }
         if (++together == kRowsTogether) {
             together = 0;
             resuming([&] { LogDatabase.CommitTrans(); });
@@ -122,7 +128,7 @@ void ExportLogs(Global &global)
         Adodc &control = currentWindow(global).control();
         resuming([&] { control.commitEdits(); }); // what was typed goes with it
         if (global.TransferRecordset)
-            exportRows(global, resuming, control.Recordset(), *LogDatabase);
+            exportRows(global, resuming, control, *LogDatabase);
         resuming([&] { control.SetBookmark(global.SavedBookmark); });
         global.TransferRecordset.reset();
         control.Recordset().Close(); // the window's own: it stands still until it is filled anew
