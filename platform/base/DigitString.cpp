@@ -7,7 +7,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <cstdlib>
+#include <string_view>
 
 namespace vardelin {
 
@@ -32,7 +32,9 @@ DigitString exactDigits(Float value)
     const std::size_t mark = text.find('e');
     number.digits.assign(text.substr(0, 1));
     number.digits.append(text.substr(2, mark - 2));
-    number.point = std::atoi(text.data() + mark + 1) + 1;
+    const std::string_view exponent = text.substr(text[mark + 1] == '+' ? mark + 2 : mark + 1);
+    std::from_chars(exponent.data(), exponent.data() + exponent.size(), number.point);
+    ++number.point;
     number.normalise();
     return number;
 }

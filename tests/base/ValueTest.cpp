@@ -66,6 +66,26 @@ TEST(ValueTest, NumbersAsText)
     EXPECT_EQ(numberText(12345678.0f), u"1.234568E+07"_s);
 }
 
+// Leaves digits where the functions called next keep what they work on.
+[[gnu::noinline]] void litterTheStack(char digit)
+{
+    volatile char litter[8192];
+    for (volatile char &c : litter)
+        c = digit;
+}
+
+TEST(ValueTest, NumbersAsTextAreTheSameWhateverWasInMemory)
+{
+    for (const char digit : {'0', '6', '9', 'e'}) {
+        litterTheStack(digit);
+        EXPECT_EQ(numberText(0.4f), u"0.4"_s);
+        litterTheStack(digit);
+        EXPECT_EQ(numberText(1234.5), u"1234.5"_s);
+        litterTheStack(digit);
+        EXPECT_EQ(numberText(1e-200), u"1E-200"_s);
+    }
+}
+
 TEST(ValueTest, NumberTextReadsBackAsTheNearestNumberOfItsDigits)
 {
     std::mt19937_64 random(20261016);
