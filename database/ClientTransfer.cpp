@@ -1,7 +1,7 @@
 #include "database/CurrentWindow.h"
 #include "database/FileDialogs.h"
 #include "database/LogDatabase.h"
-#include "database/Resuming.h"
+#include "database/OtherFile.h"
 #include "database/Transfer.h"
 #include "database/TransferProgress.h"
 #include "platform/data/Adodc.h"
@@ -13,6 +13,7 @@ namespace vardelin {
 namespace {
 
 const QString kAllClients = u"SELECT * FROM [Active Clients]"_s;
+const QString kClients = u"Active Clients"_s;
 const QString kLast = u"Client Last Name"_s;
 const QString kFirst = u"Client First Name"_s;
 
@@ -93,6 +94,7 @@ bool hasName(const dao::Recordset &source)
 // Turns the window to the clients' table.
 void lendWindow(Global &global, Adodc &control)
 {
+    leaveRecord(control);
     global.CurrentSQL = kAllClients;
     control.RecordSource = global.CurrentSQL;
     control.Refresh();
@@ -110,35 +112,17 @@ void giveWindowBack(Global &global, const Resuming &resuming, const QString &sta
     global.SavedBookmark.clear();
 }
 
-void openPicked(Global &global, const Resuming &resuming, const QString &message)
-{
-    global.TransferRecordset.reset();
-    global.LogDatabase.reset();
-    resuming([&] { global.LogDatabase = global.services.engine.OpenDatabase(global.DatabaseFileName); });
-    if (!global.LogDatabase) // passing over the failure has cleared its description
-        global.services.dialogs.msgBox({message + u"Please try again.  Error description: "_s});
-    else
-        resuming([&] { global.TransferRecordset = global.LogDatabase->OpenRecordset(u"Active Clients"_s); });
-}
-
-void closeTransfer(Global &global)
-{
-    global.TransferRecordset.reset();
-    global.LogDatabase.reset();
-}
-
 void exportRows(Global &global, const Resuming &resuming, ado::Recordset &LogRecordset)
 {
     resuming([&] { LogRecordset.MoveFirst(); });
     TransferProgress progress(&currentWindow(global), LogRecordset.RecordCount());
-    global.LogDatabase->BeginTrans();
-    while (!LogRecordset.EOF_()) {
-        addClient(resuming, LogRecordset, *global.TransferRecordset);
-        if (!resuming([&] { LogRecordset.MoveNext(); }))
-            break;
-        progress.rowDone();
-    }
-    global.LogDatabase->CommitTrans();
+    together(resuming, *global.LogDatabase, [&] {
+        while (!LogRecordset.EOF_()) {
+            addClient(resuming, LogRecordset, *global.TransferRecordset);
+            LogRecordset.MoveNext();
+            progress.rowDone();
+        }
+    });
 }
 
 void importRows(Global &global, const Resuming &resuming)
@@ -150,17 +134,16 @@ void importRows(Global &global, const Resuming &resuming)
     dao::Recordset &source = *global.TransferRecordset;
     TransferProgress progress(&window, source.RecordCount());
     // As one in a crash: no client is deleted without the one that takes its place.
-    control.ActiveConnection().BeginTrans();
-    while (!source.EOF_()) {
-        bool named = false; // without the columns no record has a name
-        resuming([&] { named = hasName(source); });
-        if (named)
-            importClient(resuming, global, source, control.Recordset());
-        if (!resuming([&] { source.MoveNext(); }))
-            break;
-        progress.rowDone();
-    }
-    control.ActiveConnection().CommitTrans();
+    together(resuming, control.ActiveConnection(), [&] {
+        while (!source.EOF_()) {
+            bool named = false; // nor is one whose names can't be read taken for another
+            resuming([&] { named = hasName(source); });
+            if (named)
+                importClient(resuming, global, source, control.Recordset());
+            source.MoveNext();
+            progress.rowDone();
+        }
+    });
 }
 
 } // namespace
@@ -175,8 +158,7 @@ void ExportActiveClients(Global &global)
     global.CompactFileName = global.DatabaseFileName = dialog.FileName;
     resuming([&] { global.SavedBookmark = currentWindow(global).control().Recordset().Bookmark(); });
     resuming([&] { ValidateDatabase(global); });
-    openPicked(global, resuming, u"Could not open source Vardelin database.  "_s);
-    if (!global.LogDatabase)
+    if (!openOtherFile(global, resuming, kClients, u"Could not open source Vardelin database.  "_s))
         return;
     resuming([&] { lendWindow(global, currentWindow(global).control()); });
     int count = 0;
@@ -195,7 +177,7 @@ void ExportActiveClients(Global &global)
     global.services.dialogs.msgBox(
         {u"Active Client information has been successfully exported to "_s + global.DatabaseFileName});
     global.DatabaseFileName = oldFile;
-    closeTransfer(global);
+    closeOtherFile(global);
 }
 
 void ImportActiveClients(Global &global)
@@ -209,8 +191,7 @@ void ImportActiveClients(Global &global)
     resuming([&] { global.services.dialogs.showOpen(dialog); });
     const QString oldFile = global.DatabaseFileName, oldStatement = global.CurrentSQL;
     global.CompactFileName = global.DatabaseFileName = dialog.FileName;
-    openPicked(global, resuming, QString());
-    if (!global.LogDatabase)
+    if (!openOtherFile(global, resuming, kClients, QString()))
         return;
     int count = 0;
     resuming([&] { count = global.TransferRecordset ? global.TransferRecordset->RecordCount() : 0; });
@@ -225,7 +206,7 @@ void ImportActiveClients(Global &global)
         global.services.dialogs.msgBox({u"The Active Client information from "_s + global.CompactFileName +
                                         u" has successfully been imported."_s});
     }
-    closeTransfer(global);
+    closeOtherFile(global);
     setMousePointer(kDefaultPointer);
 }
 

@@ -28,6 +28,7 @@ void addSeedRows(dao::Database &database)
 
 void CreateDatabase(Global &global)
 {
+    global.LogDatabase.reset(); // a transfer may have left one behind
     const auto database =
         global.services.engine.Workspaces(0).CreateDatabase(global.DatabaseFileName, kGeneralLocale);
     if (!database) {

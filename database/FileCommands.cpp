@@ -12,6 +12,7 @@
 #include "shell/state/Global.h"
 
 #include <QDir>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +22,7 @@ namespace {
 
 const QString kAllLogs = u"Select * from Vardelins order by [Beginning Time]"_s;
 const QString kJunk = u"JUNK.MDB"_s;
+constexpr int kNoDatabase = 3343; // copied as any other file
 
 // The file that the user picks; Cancel is error 32755.
 QString pick(Global &global, FileCommand command)
@@ -78,6 +80,22 @@ bool mayOverwrite(Global &global)
                                            .title = exists,
                                            .buttons = Buttons::YesNo,
                                            .icon = Icon::Question}) == Answer::Yes;
+}
+
+// What another program is writing into a database is there whole or not at all: it waits for the copy, as the
+// copy does for it.
+void copyAtOneMoment(const QString &source, const QString &target)
+{
+    ado::Connection connection;
+    std::optional<ado::ReadTogether> still;
+    try {
+        connection.Open(ado::connectionText(source));
+        still.emplace(connection);
+    } catch (const RunTimeError &error) {
+        if (error.number() != kNoDatabase)
+            throw;
+    }
+    CopyFile(source, target);
 }
 
 // A window that can't show its file goes again; its number stays used.
@@ -204,7 +222,7 @@ void CopyDatabaseFile(Global &global, const QString &source, const QString &targ
         say(global, u"\""_s + source + u"\" is not valid file name."_s);
         return;
     }
-    resumeNext([&] { CopyFile(source, target); }); // what the system says of the copy isn't looked at
+    resumeNext([&] { copyAtOneMoment(source, target); }); // what the system says of the copy isn't looked at
 }
 
 } // namespace vardelin

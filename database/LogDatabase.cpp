@@ -6,10 +6,10 @@
 #include "platform/data/Ado.h"
 #include "platform/system/AppPath.h"
 #include "platform/system/Files.h"
+#include "platform/ui/BusyPointer.h"
 #include "platform/ui/Controls.h"
 #include "shell/state/Global.h"
 
-#include <QGuiApplication>
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -22,18 +22,13 @@ const std::array<QString, 6> kRecentKeys{u"First"_s,  u"Second"_s, u"Third"_s,
                                          u"Fourth"_s, u"Fifth"_s,  u"Sixth"_s};
 const QString kRecentSection = u"MostRecentDatabases"_s;
 
-// One pick list: every row of a source as its entry, in table order. False if there is no row.
+// One pick list: every row as its entry, in table order.
 template <class Entry>
-bool fill(QStringList &list, ado::Connection &connection, const QString &source, Entry &&entry)
+void fill(QStringList &list, ado::Recordset &rows, Entry &&entry)
 {
-    ado::Recordset rows;
-    rows.CursorType = 3;
-    rows.Open(source, connection);
-    const bool any = !rows.EOF_();
     for (; !rows.EOF_(); rows.MoveNext())
         list += entry(rows);
     rows.Close();
-    return any;
 }
 
 // Null joins as empty text here, so a client without a first name is "Last, ".
@@ -50,20 +45,28 @@ auto columnEntry(const QString &column)
     return [column](const ado::Recordset &row) { return toText(row.Fields(column)); };
 }
 
+// A file whose clients can't be opened leaves the lists as they were.
 void fillLists(Global &global, ado::Connection &connection)
 {
+    const ado::ReadTogether together(connection);
+    ado::Recordset rows;
+    rows.CursorType = 3;
+    rows.Open(u"[Active Clients]"_s, connection);
     for (std::size_t list = 0; list < 5; ++list)
         global.List1[list].clear();
-    const ado::ReadTogether together(connection);
     auto &[clients, employees, projects, rates, activities, spare5, spare6, spare7] = global.List1;
-    global.NoClients = !fill(clients, connection, u"[Active Clients]"_s,
-                             nameEntry(u"Client Last Name"_s, u"Client First Name"_s));
+    global.NoClients = rows.EOF_();
+    fill(clients, rows, nameEntry(u"Client Last Name"_s, u"Client First Name"_s));
     std::stable_sort(clients.begin(), clients.end(), listLess);
-    global.NoEmployees = !fill(employees, connection, u"Employees"_s,
-                               nameEntry(u"Employee Last Name"_s, u"Employee First Name"_s));
-    fill(projects, connection, u"Projects"_s, columnEntry(u"Projects"_s));
-    fill(rates, connection, u"Rates"_s, columnEntry(u"Rates"_s));
-    fill(activities, connection, u"Activities"_s, columnEntry(u"Activities"_s));
+    rows.Open(u"Employees"_s, connection);
+    global.NoEmployees = rows.EOF_();
+    fill(employees, rows, nameEntry(u"Employee Last Name"_s, u"Employee First Name"_s));
+    rows.Open(u"Projects"_s, connection);
+    fill(projects, rows, columnEntry(u"Projects"_s));
+    rows.Open(u"Rates"_s, connection);
+    fill(rates, rows, columnEntry(u"Rates"_s));
+    rows.Open(u"Activities"_s, connection);
+    fill(activities, rows, columnEntry(u"Activities"_s));
 }
 
 void overwriteWithDefault(Global &global)
@@ -88,8 +91,7 @@ void offerOverwrite(Global &global)
     dialogs.msgBox({u"Operation canceled by user.  Good move.  Now remember to whistle while you work.  "
                     u"Unless this annoys your "
                     u"co-workers more than you really should."_s});
-    while (QGuiApplication::overrideCursor())
-        QGuiApplication::restoreOverrideCursor();
+    setMousePointer(kDefaultPointer);
 }
 
 } // namespace

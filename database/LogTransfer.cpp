@@ -1,13 +1,14 @@
 #include "database/CreateDatabase.h"
 #include "database/CurrentWindow.h"
 #include "database/FileDialogs.h"
-#include "database/Resuming.h"
+#include "database/OtherFile.h"
 #include "database/Transfer.h"
 #include "database/TransferProgress.h"
 #include "platform/base/Format.h"
 #include "platform/data/Adodc.h"
 
 #include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -20,6 +21,8 @@ constexpr int kRowsTogether = 10'000;
 
 const QStringList kCarried{u"Client"_s,   u"Project"_s,      u"Employee"_s,   u"Rate"_s,
                            u"Vardelin"_s, u"VardeGraphic"_s, u"Log Summary"_s};
+const QString kLogs = u"Vardelins"_s;
+const QString kCouldNotOpen = u"Could not open source Vardelin database.  "_s;
 const QString kBeginning = u"Beginning Time"_s;
 const QString kEnding = u"Ending Time"_s;
 const QString kDuration = u"Duration"_s;
@@ -60,44 +63,51 @@ void importLog(const Resuming &resuming, const Source &source, Target &target)
     resuming([&] { target.Update(); });
 }
 
-// The picked file, opened; null, with the message, where that fails. Passing over the failure has cleared its
-// description.
-std::unique_ptr<dao::Database> openPicked(Global &global, const Resuming &resuming)
+// The columns of a row are read under one lock.
+template <class Reading, class File, class Copy>
+void copyRow(const Resuming &resuming, File &source, const Copy &copy)
 {
-    std::unique_ptr<dao::Database> database;
-    resuming([&] { database = global.services.engine.OpenDatabase(global.DatabaseFileName); });
-    if (!database)
-        global.services.dialogs.msgBox(
-            {u"Could not open source Vardelin database.  Please try again.  Error description: "_s});
-    return database;
+    std::optional<Reading> reading;
+    resuming([&] { reading.emplace(source); });
+    copy();
 }
 
-void exportRows(Global &global, const Resuming &resuming, Adodc &control, dao::Database &LogDatabase)
+void exportRows(Global &global, const Resuming &resuming, Adodc &control)
 {
     ado::Recordset &LogRecordset = control.Recordset();
-    auto &TransferRecordset = *global.TransferRecordset;
     resuming([&] { LogRecordset.MoveFirst(); });
     TransferProgress progress(&currentWindow(global), LogRecordset.RecordCount());
-    int together = 0;
-    if (!resuming([&] { LogDatabase.BeginTrans(); }))
-        return; // in use by another program: every row would wait for it in vain
-    while (!LogRecordset.EOF_()) {
-        {
-            std::optional<ado::ReadTogether> reading; // a row's columns are read under one lock
-            resuming([&] { reading.emplace(control.ActiveConnection()); });
-            exportLog(resuming, LogRecordset, TransferRecordset);
+    bool more = true;
+    const auto some = [&] {
+        for (int rows = 0; rows < kRowsTogether && !LogRecordset.EOF_(); ++rows) {
+            copyRow<ado::ReadTogether>(resuming, control.ActiveConnection(),
+                                       [&] { exportLog(resuming, LogRecordset, *global.TransferRecordset); });
+            if (!resuming([&] { LogRecordset.MoveNext(); }))
+                return; // it would stand here for ever
+            progress.rowDone();
         }
-        if (++together == kRowsTogether) {
-            together = 0;
-            resuming([&] { LogDatabase.CommitTrans(); });
-            if (!resuming([&] { LogDatabase.BeginTrans(); }))
-                return;
+        more = !LogRecordset.EOF_();
+    };
+    while (std::exchange(more, false))
+        together(resuming, *global.LogDatabase, some);
+}
+
+void importRows(Global &global, const Resuming &resuming)
+{
+    dao::Recordset &source = *global.TransferRecordset;
+    resuming([&] { source.MoveFirst(); });
+    Adodc &control = currentWindow(global).control();
+    leaveRecord(control);
+    ado::Recordset &LogRecordset = control.Recordset();
+    TransferProgress progress(&currentWindow(global), source.RecordCount());
+    together(resuming, control.ActiveConnection(), [&] {
+        while (!source.EOF_()) {
+            copyRow<dao::ReadTogether>(resuming, *global.LogDatabase,
+                                       [&] { importLog(resuming, source, LogRecordset); });
+            source.MoveNext();
+            progress.rowDone();
         }
-        if (!resuming([&] { LogRecordset.MoveNext(); }))
-            break; // it would stand here for ever
-        progress.rowDone();
-    }
-    resuming([&] { LogDatabase.CommitTrans(); });
+    });
 }
 
 } // namespace
@@ -120,20 +130,17 @@ void ExportLogs(Global &global)
     global.DatabaseFileName = global.CompactFileName;
     resuming([&] { global.SavedBookmark = currentWindow(global).control().Recordset().Bookmark(); });
     resuming([&] { CreateDatabase(global); }); // an existing file takes the records in addition
-    const std::unique_ptr<dao::Database> LogDatabase = openPicked(global, resuming);
-    if (!LogDatabase)
+    if (!openOtherFile(global, resuming, kLogs, kCouldNotOpen))
         return;
-    resuming([&] { global.TransferRecordset = LogDatabase->OpenRecordset(u"Vardelins"_s); });
     resuming([&] {
         Adodc &control = currentWindow(global).control();
-        resuming([&] { control.commitEdits(); }); // what was typed goes with it
+        leaveRecord(control);
         if (global.TransferRecordset)
-            exportRows(global, resuming, control, *LogDatabase);
+            exportRows(global, resuming, control);
         resuming([&] { control.SetBookmark(global.SavedBookmark); });
-        global.TransferRecordset.reset();
         control.Recordset().Close(); // the window's own: it stands still until it is filled anew
     });
-    global.TransferRecordset.reset();
+    closeOtherFile(global);
     setMousePointer(kDefaultPointer);
     global.services.dialogs.msgBox(
         {u"Vardelins have been successfully exported to "_s + global.DatabaseFileName});
@@ -149,36 +156,23 @@ void ImportLogs(Global &global)
     const QString old = global.DatabaseFileName;
     global.DatabaseFileName = dialog.FileName;
     resuming([&] { global.SavedBookmark = currentWindow(global).control().Recordset().Bookmark(); });
-    const std::unique_ptr<dao::Database> LogDatabase = openPicked(global, resuming);
-    if (!LogDatabase)
+    if (!openOtherFile(global, resuming, kLogs, kCouldNotOpen))
         return;
-    resuming([&] { global.TransferRecordset = LogDatabase->OpenRecordset(u"Vardelins"_s); });
     resuming([&] {
-        DisplayWindow &window = currentWindow(global);
-        Adodc &control = window.control();
-        ado::Recordset &LogRecordset = control.Recordset();
-        const std::unique_ptr<dao::Recordset> source = std::move(global.TransferRecordset);
-        if (source) {
-            resuming([&] { source->MoveFirst(); });
-            resuming([&] { control.commitEdits(); });
-            TransferProgress progress(&window, source->RecordCount());
-            control.ActiveConnection().BeginTrans();
-            while (!source->EOF_()) {
-                importLog(resuming, *source, LogRecordset);
-                if (!resuming([&] { source->MoveNext(); }))
-                    break; // it would stand here for ever
-                progress.rowDone();
-            }
-            control.ActiveConnection().CommitTrans();
-        }
-        resuming([&] { control.Refresh(); });
-        resuming([&] { control.SetBookmark(global.SavedBookmark); });
+        if (global.TransferRecordset)
+            importRows(global, resuming);
+    });
+    resuming([&] {
+        Adodc &control = currentWindow(global).control();
+        control.Refresh();
+        control.SetBookmark(global.SavedBookmark);
     });
     global.SavedBookmark.clear();
     setMousePointer(kDefaultPointer);
     global.services.dialogs.msgBox({u"The selected Vardelins have successfully been imported from "_s +
                                     global.DatabaseFileName + u"."_s});
     global.DatabaseFileName = old;
+    closeOtherFile(global);
 }
 
 } // namespace vardelin

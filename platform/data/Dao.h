@@ -136,9 +136,24 @@ public:
 
 private:
     friend class Workspace;
+    friend class ReadTogether;
     struct State;
     explicit Database(std::unique_ptr<State> state);
     State &state() const;
+    std::unique_ptr<State> m_state;
+};
+
+// As ado::ReadTogether, for the record sets of a database. 3420 if it is closed.
+class ReadTogether
+{
+public:
+    explicit ReadTogether(Database &database);
+    ~ReadTogether();
+    ReadTogether(const ReadTogether &) = delete;
+    ReadTogether &operator=(const ReadTogether &) = delete;
+
+private:
+    struct State;
     std::unique_ptr<State> m_state;
 };
 

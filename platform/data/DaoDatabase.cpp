@@ -60,6 +60,22 @@ void Database::Rollback()
     state().opened->rollback();
 }
 
+struct ReadTogether::State
+{
+    std::shared_ptr<data::OpenedFile> opened;
+    data::OpenedFile::ReadTogether reading;
+};
+
+ReadTogether::ReadTogether(Database &database)
+{
+    const auto &opened = database.state().opened;
+    m_state = engineCall([&] {
+        return std::unique_ptr<State>(new State{opened, data::OpenedFile::ReadTogether(*opened)});
+    });
+}
+
+ReadTogether::~ReadTogether() = default;
+
 // ---- definitions
 
 namespace {

@@ -106,6 +106,14 @@ TEST_F(LogDatabase, AFileThatCannotBeOpenedFailsWithOneSentenceAndIsNotTouched)
     ASSERT_TRUE(file.open(QIODevice::ReadOnly));
     EXPECT_EQ(file.readAll(), QByteArray(20000, 'x'));
 
+    // A database of another kind: the lists stay as they were.
+    global.DatabaseFileName = folder.filePath(u"other.mdb"_s);
+    program.engine.Workspaces(0).CreateDatabase(global.DatabaseFileName,
+                                                u";LANGID=0x0409;CP=1252;COUNTRY=0"_s);
+    global.List1[2] = QStringList{u"PAY BILLS"_s};
+    EXPECT_THROW(OpenLogDatabase(global), RunTimeError);
+    EXPECT_EQ(global.List1[2], QStringList{u"PAY BILLS"_s});
+
     global.DatabaseFileName =
         folder.filePath(u"gone/office.mdb"_s); // the folder isn't there: nothing is made
     EXPECT_THROW(OpenLogDatabase(global), RunTimeError);

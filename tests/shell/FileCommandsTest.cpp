@@ -3,10 +3,11 @@
 #include "tests/shell/Running.h"
 #include "tests/support/Judges.h"
 
-#include "database/FileDialogs.h"
+#include "database/FileCommands.h"
 #include "database/LogDatabase.h"
 #include "platform/system/Files.h"
 #include "platform/ui/BusyPointer.h"
+#include "tests/jet/Processes.h"
 
 #include <sys/stat.h>
 
@@ -204,6 +205,50 @@ TEST(CompactDatabase, putsATighterFileInPlaceAndRefusesOneInUse)
     office.run(u"mnuCompactData"_s);
     EXPECT_EQ(exportedRows(old, u"Vardelins"_s), rows);
     EXPECT_FALSE(office.busy());
+}
+
+// Another program's changes are in the copy whole or not at all.
+TEST(SaveFileAs, copiesOneMomentWhileAnotherProgramWrites)
+{
+    Office office;
+    for (int i = 0; i < 40; ++i) // the last log lies far behind the rates
+        office.add(u"Vardelins"_s,
+                   {{u"Employee"_s, QString(200, u'e')}, {u"Vardelin"_s, QString(60'000, u'n')}});
+    jet::test::Pipe started;
+    jet::test::Child writer([&] {
+        dao::DBEngine engine;
+        const auto database = engine.OpenDatabase(office.original);
+        const auto logs = database->OpenRecordset(u"Vardelins"_s);
+        const auto rates = database->OpenRecordset(u"Rates"_s);
+        for (int i = 0;; ++i) {
+            const Value text = QString::number(i);
+            database->BeginTrans();
+            for (const auto &[rows, column] :
+                 {std::pair(logs.get(), u"Client"_s), std::pair(rates.get(), u"Rates"_s)}) {
+                rows->MoveLast();
+                rows->Edit();
+                rows->SetField(column, text);
+                rows->Update();
+            }
+            database->CommitTrans();
+            if (i == 0)
+                started.send('s');
+        }
+    });
+    started.receive<char>();
+    const QString copy = office.at(u"copy.mdb"_s);
+    for (int i = 0; i < 20; ++i) {
+        CopyDatabaseFile(office.global, office.original, copy);
+        const auto database = office.engine.OpenDatabase(copy);
+        const auto logs = database->OpenRecordset(u"Vardelins"_s),
+                   rates = database->OpenRecordset(u"Rates"_s);
+        logs->MoveLast();
+        rates->MoveLast();
+        ASSERT_EQ(joinText(logs->Fields(u"Client"_s)), joinText(rates->Fields(u"Rates"_s))) << i;
+        ASSERT_TRUE(jet::checkFile(copy.toStdString()).findings.empty()) << i;
+    }
+    writer.kill();
+    expectSound(copy, VARDELIN_ROOT);
 }
 
 // A folder that the run time may not write to keeps the data where it is, in JUNK.MDB, and the message says
