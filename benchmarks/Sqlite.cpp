@@ -281,7 +281,7 @@ Check deleteRow(const Base &base)
 
 // ---- New files
 
-Check exportClient(const QString &file, const QString &out)
+Check exportLogs(const QString &file, const QString &out, const std::string &condition)
 {
     const Base base(out);
     base.run(("attach '" + QFile::encodeName(file).toStdString() + "' as source").c_str());
@@ -289,8 +289,7 @@ Check exportClient(const QString &file, const QString &out)
     base.run("create table Vardelins (\"Indexing Field\" integer primary key, Client text, Project text, "
              "Employee text, Rate text, Vardelin text, VardeGraphic text, \"Log Summary\" text, "
              "\"Beginning Time\" real, \"Ending Time\" real, Duration real, Fee integer)");
-    Statement copy(base, "insert into main.Vardelins select * from source.Vardelins "
-                         "where Client = 'Hollister, Margaret'");
+    Statement copy(base, ("insert into main.Vardelins select * from source.Vardelins " + condition).c_str());
     copy.runOnce();
     const std::int64_t rows = sqlite3_changes(base.get());
     base.run("commit");
@@ -323,7 +322,9 @@ void copyToSqlite(const QString &mdb, const QString &sqlite)
 Check runInSqlite(std::string_view operation, const QString &file, const QString &out)
 {
     if (operation == "export_client")
-        return exportClient(file, out);
+        return exportLogs(file, out, "where Client = 'Hollister, Margaret'");
+    if (operation == "export_all")
+        return exportLogs(file, out, {});
     if (operation == "compact")
         return vacuum(file, out);
     const Base base(file);

@@ -2,6 +2,9 @@
 
 #include "benchmarks/Figures.h"
 #include "benchmarks/QuietProgram.h"
+#ifdef VARDELIN_BESIDE_SQLITE
+#include "benchmarks/Sqlite.h"
+#endif
 #include "database/CreateDatabase.h"
 #include "shell/Wiring.h"
 #include "shell/frmMain.h"
@@ -72,6 +75,22 @@ private:
     DisplayWindow *m_window = nullptr;
 };
 
+void copyInSqlite(const QString &source, const QString &target)
+{
+#ifdef VARDELIN_BESIDE_SQLITE
+    const QString theirs = target + u"-rows.sqlite"_s, copy = target + u"-copy.sqlite"_s;
+    QFile::remove(theirs);
+    QFile::remove(copy);
+    copyToSqlite(source, theirs);
+    std::printf("sqlite_copy %.6f\n", secondsOf([&] { runInSqlite("export_all", theirs, copy); }));
+    QFile::remove(theirs);
+    QFile::remove(copy);
+#else
+    static_cast<void>(source);
+    static_cast<void>(target);
+#endif
+}
+
 } // namespace
 
 int transferLogs(int argc, char **argv)
@@ -89,12 +108,15 @@ int transferLogs(int argc, char **argv)
         if (office.logs(target) != office.logs(source))
             throw std::runtime_error("logs were left behind");
     }
-    Office office(back);
-    CreateDatabase(office.global);
-    office.open();
-    std::printf("import %.6f\n", office.choose(u"mnuImportVardelins"_s, source));
-    if (office.logs(back) != office.logs(source))
-        throw std::runtime_error("logs were left behind");
+    {
+        Office office(back);
+        CreateDatabase(office.global);
+        office.open();
+        std::printf("import %.6f\n", office.choose(u"mnuImportVardelins"_s, source));
+        if (office.logs(back) != office.logs(source))
+            throw std::runtime_error("logs were left behind");
+    }
+    copyInSqlite(source, target);
     return 0;
 }
 

@@ -188,6 +188,8 @@ void measureTransfer(const QString &file, const QString &other)
     const QMap<QByteArray, double> lines = runChild({u"--transfer"_s, file, other});
     tell("export_100000_logs", lines["export"]);
     tell("import_100000_logs", lines["import"]);
+    if (lines.contains("sqlite_copy"))
+        tell("sqlite_copy_100000_logs", lines["sqlite_copy"]);
     tellGoal("export_100000_logs", lines["export"], 3.0);
     tellGoal("import_100000_logs", lines["import"], 3.0);
 }

@@ -18,6 +18,7 @@ namespace {
 
 // Rows of an export that reach the disk together: where the disk gets full, what came before stays.
 constexpr int kRowsTogether = 10'000;
+constexpr int kRowsUnderLock = 100; // a few milliseconds
 
 const QStringList kCarried{u"Client"_s,   u"Project"_s,      u"Employee"_s,   u"Rate"_s,
                            u"Vardelin"_s, u"VardeGraphic"_s, u"Log Summary"_s};
@@ -63,14 +64,28 @@ void importLog(const Resuming &resuming, const Source &source, Target &target)
     resuming([&] { target.Update(); });
 }
 
-// The columns of a row are read under one lock.
-template <class Reading, class File, class Copy>
-void copyRow(const Resuming &resuming, File &source, const Copy &copy)
+// Rows are read some at a time under one lock, which costs more than a row does; others that want to write
+// wait as little as they would for one row.
+template <class Reading, class File>
+class RowsUnderLock
 {
-    std::optional<Reading> reading;
-    resuming([&] { reading.emplace(source); });
-    copy();
-}
+public:
+    RowsUnderLock(const Resuming &resuming, File &source) : m_resuming(resuming), m_source(source) {}
+
+    void nextRow()
+    {
+        if (m_row++ % kRowsUnderLock != 0)
+            return;
+        m_reading.reset();
+        m_resuming([&] { m_reading.emplace(m_source); });
+    }
+
+private:
+    const Resuming &m_resuming;
+    File &m_source;
+    std::optional<Reading> m_reading;
+    int m_row = 0;
+};
 
 void exportRows(Global &global, const Resuming &resuming, Adodc &control)
 {
@@ -79,9 +94,10 @@ void exportRows(Global &global, const Resuming &resuming, Adodc &control)
     TransferProgress progress(&currentWindow(global), LogRecordset.RecordCount());
     bool more = true;
     const auto some = [&] {
+        RowsUnderLock<ado::ReadTogether, ado::Connection> reading(resuming, control.ActiveConnection());
         for (int rows = 0; rows < kRowsTogether && !LogRecordset.EOF_(); ++rows) {
-            copyRow<ado::ReadTogether>(resuming, control.ActiveConnection(),
-                                       [&] { exportLog(resuming, LogRecordset, *global.TransferRecordset); });
+            reading.nextRow();
+            exportLog(resuming, LogRecordset, *global.TransferRecordset);
             if (!resuming([&] { LogRecordset.MoveNext(); }))
                 return; // it would stand here for ever
             progress.rowDone();
@@ -101,9 +117,10 @@ void importRows(Global &global, const Resuming &resuming)
     ado::Recordset &LogRecordset = control.Recordset();
     TransferProgress progress(&currentWindow(global), source.RecordCount());
     together(resuming, control.ActiveConnection(), [&] {
+        RowsUnderLock<dao::ReadTogether, dao::Database> reading(resuming, *global.LogDatabase);
         while (!source.EOF_()) {
-            copyRow<dao::ReadTogether>(resuming, *global.LogDatabase,
-                                       [&] { importLog(resuming, source, LogRecordset); });
+            reading.nextRow();
+            importLog(resuming, source, LogRecordset);
             source.MoveNext();
             progress.rowDone();
         }
