@@ -9,7 +9,8 @@ namespace vardelin::bench {
 // Makes a new SQLite file with the tables, rows and the primary key of a generated file.
 void copyToSqlite(const QString &mdb, const QString &sqlite);
 
-// out: as for ours, a new file. The same check as ours. Besides them "export_all": as export_client, every log.
+// out: as for ours, a new file. The same check as ours. Besides them "export_all": as export_client, every
+// log.
 Check runInSqlite(std::string_view operation, const QString &file, const QString &out);
 
 } // namespace vardelin::bench
