@@ -68,9 +68,9 @@ public:
     // The same, empty for Null; valid as the row is, and until the buffer is used again. A text that lies in
     // the file as UTF-16 in one piece is not copied.
     std::u16string_view text(std::size_t column, TextBuffer &buffer) const;
-    // A text as it lies in the file: compressed (one byte a character behind FF FE) or UTF-16LE. A long value
-    // in one piece is not copied; a chained one is gathered into `store`.
-    std::span<const std::byte> storedText(std::size_t column, Bytes &store) const;
+    // A text as it lies in the file: compressed (one byte a character behind FF FE) or UTF-16LE; nullopt for
+    // Null. A long value in one piece is not copied; a chained one is gathered into `store`.
+    std::optional<std::span<const std::byte>> storedText(std::size_t column, Bytes &store) const;
 
 private:
     friend class Table;

@@ -138,22 +138,25 @@ double RowView::number(std::size_t column) const
 std::u16string RowView::text(std::size_t column) const
 {
     Bytes store;
-    return decodeText(storedText(column, store), {m_table->m_file.pager(), m_id});
+    const auto stored = storedText(column, store);
+    return stored ? decodeText(*stored, {m_table->m_file.pager(), m_id}) : std::u16string();
 }
 
 std::u16string_view RowView::text(std::size_t column, TextBuffer &buffer) const
 {
-    const auto stored = storedText(column, buffer.m_pieces);
+    const auto stored = storedText(column, buffer.m_pieces).value_or(std::span<const std::byte>());
     if (isPlainText(stored))
         return {reinterpret_cast<const char16_t *>(stored.data()), stored.size() / 2};
     char16_t *const units = buffer.reserve(stored.size());
     return {units, decodeText(stored, {m_table->m_file.pager(), m_id}, units)};
 }
 
-std::span<const std::byte> RowView::storedText(std::size_t column, Bytes &store) const
+std::optional<std::span<const std::byte>> RowView::storedText(std::size_t column, Bytes &store) const
 {
     const StoredField stored = field(column);
-    if (!stored.present || m_table->m_definition->columns[column].type != ColumnType::Memo)
+    if (!stored.present)
+        return std::nullopt;
+    if (m_table->m_definition->columns[column].type != ColumnType::Memo)
         return stored.bytes;
     Pager &pager = m_table->m_file.pager();
     return readLongValue(pager, stored.bytes, {pager, m_id}, store, m_passage);

@@ -230,9 +230,9 @@ bool Binder::bindEqual(NodeId id)
           {},
           false,
           static_cast<std::uint32_t>(column),
-          static_cast<std::uint32_t>(m_program.literals.size())},
+          static_cast<std::uint32_t>(m_program.texts.size())},
          Kind::Number, 0);
-    m_program.literals.push_back(right.literal);
+    m_program.texts.emplace_back(toText(right.literal));
     return true;
 }
 

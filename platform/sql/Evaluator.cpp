@@ -2,13 +2,12 @@
 
 #include "platform/base/RunTimeError.h"
 #include "platform/sql/Operators.h"
-#include "platform/sql/StoredText.h"
 
 namespace vardelin::sql {
 
-std::optional<std::span<const std::byte>> Row::storedText(std::size_t, jet::Bytes &) const
+StoredText Row::storedText(std::size_t, jet::Bytes &) const
 {
-    return std::nullopt;
+    return {};
 }
 
 Value Row::groupResult(std::size_t) const
@@ -18,6 +17,11 @@ Value Row::groupResult(std::size_t) const
 
 Value Evaluator::evaluate(const Program &program, const Row &row)
 {
+    // Most conditions are one question to one column: no stack is needed.
+    if (program.steps.size() == 1) {
+        if (std::optional<Value> result = ofColumn(program.steps.front(), program, row))
+            return *std::move(result);
+    }
     m_stack.clear();
     for (std::size_t at = 0; at < program.steps.size(); ++at) {
         const Instruction &step = program.steps[at];
@@ -58,9 +62,6 @@ void Evaluator::run(const Instruction &step, const Program &program, const Row &
     case Step::Literal:
         m_stack.push_back(program.literals[step.a]);
         break;
-    case Step::Column:
-        m_stack.push_back(row.value(step.a));
-        break;
     case Step::Group:
         m_stack.push_back(row.groupResult(step.a));
         break;
@@ -87,17 +88,27 @@ void Evaluator::run(const Instruction &step, const Program &program, const Row &
         return in(step);
     case Step::Like:
         return like(step.negated);
-    case Step::EqualsColumn:
-        m_stack.push_back(equalsColumn(step, program, row));
-        break;
-    case Step::LikeColumn:
-        m_stack.push_back(likeColumn(step, program, row));
-        break;
-    case Step::LikeAnyColumn:
-        m_stack.push_back(likeAnyColumn(step, program, row));
-        break;
+    case Step::Call:
+        return call(step, program);
     default:
-        call(step, program);
+        m_stack.push_back(*ofColumn(step, program, row));
+    }
+}
+
+// nullopt: the step asks for something else.
+std::optional<Value> Evaluator::ofColumn(const Instruction &step, const Program &program, const Row &row)
+{
+    switch (step.step) {
+    case Step::Column:
+        return row.value(step.a);
+    case Step::EqualsColumn:
+        return equalsColumn(step, program, row);
+    case Step::LikeColumn:
+        return likeColumn(step, program, row);
+    case Step::LikeAnyColumn:
+        return likeAnyColumn(step, program, row);
+    default:
+        return std::nullopt;
     }
 }
 
@@ -135,24 +146,23 @@ void Evaluator::like(bool negated)
 
 Value Evaluator::equalsColumn(const Instruction &step, const Program &program, const Row &row)
 {
-    const Value &literal = program.literals[step.b];
-    if (row.isNull(step.a))
+    const EqualText &text = program.texts[step.b];
+    const StoredText stored = row.storedText(step.a, m_store);
+    if (!stored.known)
+        return applyBinary(Op::Equal, row.value(step.a), Value(text.text()));
+    if (stored.null)
         return Value(NullValue());
-    const auto stored = row.storedText(step.a, m_store);
-    if (!stored)
-        return applyBinary(Op::Equal, row.value(step.a), literal);
-    decodeStored(*stored, m_text);
-    return Value(compareTexts(m_text, std::get<QString>(literal.variant())) == 0);
+    return Value(text.matchesStored(stored.bytes, m_text));
 }
 
 Value Evaluator::likeColumn(const Instruction &step, const Program &program, const Row &row)
 {
-    if (row.isNull(step.a))
-        return Value(NullValue());
     const LikePattern &pattern = program.patterns[step.b];
-    const auto stored = row.storedText(step.a, m_store);
-    const bool matches = stored ? pattern.matchesStored(*stored) : pattern.matches(toText(row.value(step.a)));
-    return Value(matches != step.negated);
+    const StoredText stored = row.storedText(step.a, m_store);
+    if (stored.known)
+        return stored.null ? Value(NullValue()) : Value(pattern.matchesStored(stored.bytes) != step.negated);
+    const Value value = row.value(step.a);
+    return value.isNull() ? value : Value(pattern.matches(toText(value)) != step.negated);
 }
 
 Value Evaluator::likeAnyColumn(const Instruction &step, const Program &program, const Row &row)

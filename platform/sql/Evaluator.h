@@ -8,16 +8,21 @@
 
 namespace vardelin::sql {
 
+// A column's text as it lies in the file, so that it needn't be decoded to be searched.
+struct StoredText
+{
+    bool known = false; // false: it isn't to be had
+    bool null = false;
+    std::span<const std::byte> bytes;
+};
+
 // Where a program's columns come from: a row of the file, a group, a row in memory.
 class Row
 {
 public:
     virtual ~Row() = default;
     virtual Value value(std::size_t column) const = 0;
-    virtual bool isNull(std::size_t column) const { return value(column).isNull(); }
-    // The column's text as it lies in the file, so that it needn't be decoded to be searched; nullopt where
-    // it isn't to be had. `store` may hold the bytes. The column isn't Null.
-    virtual std::optional<std::span<const std::byte>> storedText(std::size_t column, jet::Bytes &store) const;
+    virtual StoredText storedText(std::size_t column, jet::Bytes &store) const; // `store` may hold the bytes
     virtual Value groupResult(std::size_t index) const;
 };
 
@@ -30,6 +35,7 @@ public:
 private:
     Value pop();
     void run(const Instruction &step, const Program &program, const Row &row);
+    std::optional<Value> ofColumn(const Instruction &step, const Program &program, const Row &row);
     void between(bool negated);
     void in(const Instruction &step);
     void like(bool negated);

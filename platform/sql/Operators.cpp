@@ -131,6 +131,8 @@ Value modulo(const Value &left, const Value &right)
 
 std::optional<bool> truth(const Value &value)
 {
+    if (const bool *plain = std::get_if<bool>(&value.variant()))
+        return *plain;
     if (value.isNull())
         return std::nullopt;
     return toBoolean(value);

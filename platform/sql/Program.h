@@ -2,6 +2,7 @@
 // An expression that is bound: steps over a stack of values. A program runs without recursion, however deep
 // the expression was.
 
+#include "platform/sql/EqualText.h"
 #include "platform/sql/Functions.h"
 #include "platform/sql/Like.h"
 #include "platform/sql/Syntax.h"
@@ -24,7 +25,7 @@ enum class Step : std::uint8_t {
     In,              // value and b texts, numbers or dates
     Like,            // text and pattern
     LikeColumn,      // column a and patterns[b]
-    EqualsColumn,    // column a and the text literals[b]
+    EqualsColumn,    // column a and texts[b]
     LikeAnyColumn,   // column a and words[b]
     Call,            // functions[a] with b arguments
     SkipIfFalse,     // on to a, with False on top, where the And is decided
@@ -47,6 +48,7 @@ struct Program
     std::vector<Value> literals;
     std::vector<const Function *> functions;
     std::vector<LikePattern> patterns;
+    std::vector<EqualText> texts;
     std::vector<QSet<QString>> words;
     Kind kind = Kind::Any; // of its result
 };

@@ -15,17 +15,17 @@ Value TableRow::value(std::size_t column) const
 {
     if (!isText(column))
         return toValue(m_view.cell(column));
-    if (m_view.isNull(column))
-        return Value(NullValue());
     jet::Bytes store;
-    return Value(decodeStored(m_view.storedText(column, store)));
+    const auto stored = m_view.storedText(column, store);
+    return stored ? Value(decodeStored(*stored)) : Value(NullValue());
 }
 
-std::optional<std::span<const std::byte>> TableRow::storedText(std::size_t column, jet::Bytes &store) const
+StoredText TableRow::storedText(std::size_t column, jet::Bytes &store) const
 {
     if (!isText(column))
-        return std::nullopt;
-    return m_view.storedText(column, store);
+        return {};
+    const auto stored = m_view.storedText(column, store);
+    return stored ? StoredText{true, false, *stored} : StoredText{true, true, {}};
 }
 
 } // namespace vardelin::sql

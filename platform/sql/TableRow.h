@@ -12,9 +12,7 @@ class TableRow final : public Row
 public:
     TableRow(const jet::Table &table, const jet::RowView &view) : m_table(table), m_view(view) {}
     Value value(std::size_t column) const override;
-    bool isNull(std::size_t column) const override { return m_view.isNull(column); }
-    std::optional<std::span<const std::byte>> storedText(std::size_t column,
-                                                         jet::Bytes &store) const override;
+    StoredText storedText(std::size_t column, jet::Bytes &store) const override;
 
 private:
     bool isText(std::size_t column) const;

@@ -33,7 +33,7 @@ void readTable(Table &table)
                 done([&] { at.view().cell(i); });
                 const ColumnType type = table.columns()[i].type;
                 if (type == ColumnType::Memo || type == ColumnType::Text)
-                    done([&] { at.view().isNull(i) || at.view().storedText(i, store).empty(); });
+                    done([&] { at.view().isNull(i) || at.view().storedText(i, store).has_value(); });
             }
         }
     });

@@ -60,7 +60,7 @@ void expectGrownPast(const std::filesystem::path &path, std::size_t rows, std::s
     std::size_t foundRows = 0, foundUnits = 0;
     Bytes store;
     for (Cursor at = file->table(u"Notes").scan(); !at.atEnd(); at.next(), ++foundRows)
-        foundUnits += at.view().storedText(0, store).size() / 2;
+        foundUnits += at.view().storedText(0, store)->size() / 2;
     EXPECT_EQ(foundRows, rows);
     EXPECT_EQ(foundUnits, units);
 }

@@ -1,5 +1,7 @@
 #include "platform/sql/Like.h"
 #include "platform/base/RunTimeError.h"
+#include "platform/sql/EqualText.h"
+#include "platform/sql/Operators.h"
 #include "platform/sql/StoredText.h"
 
 #include <QRegularExpression>
@@ -157,4 +159,27 @@ TEST(LikeTest, StoredTextWithBothWidths)
     EXPECT_EQ(decodeStored(narrow(u"Zo\u00EB"_s)), u"Zo\u00EB"_s);
     EXPECT_EQ(decodeStored({}), QString());
     EXPECT_EQ(decodeStored(std::vector(3, std::byte{'a'})).size(), 1); // half a character is left out
+}
+
+// Letters alike but for case or mark, characters without weight or with that of several letters.
+TEST(EqualTextTest, AgreesWithTheOrderOfTexts)
+{
+    std::mt19937 random(20261123);
+    const QString letters = u"aAbB19\u00E4\u00C4\u00DF\u00E6'- ,\u00AD"_s;
+    QString room;
+    int equal = 0;
+    for (int i = 0; i < 20000; ++i) {
+        const QString left = randomText(random, letters, 3), right = randomText(random, letters, 3);
+        const bool expected = compareTexts(left, right) == 0;
+        equal += expected;
+        ASSERT_EQ(EqualText(right).matchesStored(narrow(left), room), expected) << qPrintable(left + right);
+        ASSERT_EQ(EqualText(right).matchesStored(wide(left), room), expected) << qPrintable(left + right);
+    }
+    EXPECT_GT(equal, 100);
+    // The order itself tells every two plain letters and digits apart, whatever stands behind them.
+    const QString plain = u"abcdefghijklmnopqrstuvwxyz0123456789"_s;
+    for (const QChar a : plain) {
+        for (const QChar b : plain)
+            ASSERT_EQ(compareTexts(a + u"e-h"_s, b + u"e-h"_s) == 0, a == b);
+    }
 }
