@@ -403,21 +403,29 @@ void FilePager::writePages(const std::vector<PageChange> &changes)
         m_file->write(std::uint64_t{change->page} * kPageSize, {change->after, kPageSize});
 }
 
-// Pages that lie side by side in one go.
-void FilePager::writeTogether(std::span<const PageChange> changes)
+// Calls visit(offset, changes) for pages that lie side by side, up to 256 KiB.
+template <class Visit>
+void forEachStretch(std::span<const PageChange> changes, Visit &&visit)
 {
     constexpr std::size_t kTogether = 64;
-    std::vector<std::byte> bytes;
-    bytes.reserve(std::min(kTogether, changes.size()) * kPageSize);
-    for (std::size_t i = 0; i < changes.size(); ++i) {
-        bytes.insert(bytes.end(), changes[i].after, changes[i].after + kPageSize);
-        const bool goesOn = i + 1 < changes.size() && changes[i + 1].page == changes[i].page + 1;
-        if (goesOn && bytes.size() < kTogether * kPageSize)
-            continue;
-        const std::uint64_t end = (std::uint64_t{changes[i].page} + 1) * kPageSize;
-        m_file->write(end - bytes.size(), bytes);
-        bytes.clear();
+    for (std::size_t begin = 0, end = 0; begin < changes.size(); begin = end) {
+        for (end = begin + 1; end < changes.size() && end - begin < kTogether; ++end) {
+            if (changes[end].page != changes[end - 1].page + 1)
+                break;
+        }
+        visit(std::uint64_t{changes[begin].page} * kPageSize, changes.subspan(begin, end - begin));
     }
+}
+
+void FilePager::writeTogether(std::span<const PageChange> changes)
+{
+    std::vector<std::byte> bytes;
+    forEachStretch(changes, [&](std::uint64_t offset, std::span<const PageChange> stretch) {
+        bytes.clear();
+        for (const PageChange &change : stretch)
+            bytes.insert(bytes.end(), change.after, change.after + kPageSize);
+        m_file->write(offset, bytes);
+    });
 }
 
 // A failed commit: back to the old pages, now. Where the disk doesn't let us, the journal stays for the next
@@ -479,12 +487,16 @@ void FilePager::writeEarly()
 // What the disk holds now is what was meant for it.
 void FilePager::verifyWritten(const std::vector<PageChange> &changes)
 {
-    std::array<std::byte, kPageSize> page;
-    for (const PageChange &change : changes) {
-        m_file->read(std::uint64_t{change.page} * kPageSize, page);
-        if (std::memcmp(page.data(), change.after, kPageSize) != 0)
-            throw Error(Code::WriteError, {}, "page " + std::to_string(change.page) + " isn't as written");
-    }
+    std::vector<std::byte> bytes;
+    forEachStretch(changes, [&](std::uint64_t offset, std::span<const PageChange> stretch) {
+        bytes.resize(stretch.size() * kPageSize);
+        m_file->read(offset, bytes);
+        for (std::size_t i = 0; i < stretch.size(); ++i) {
+            if (std::memcmp(bytes.data() + i * kPageSize, stretch[i].after, kPageSize) != 0)
+                throw Error(Code::WriteError, {},
+                            "page " + std::to_string(stretch[i].page) + " isn't as written");
+        }
+    });
 }
 
 void FilePager::adopt(const std::vector<PageChange> &changes)
