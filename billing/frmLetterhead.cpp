@@ -1,6 +1,7 @@
 #include "billing/frmLetterhead.h"
 
 #include "platform/base/Twips.h"
+#include "platform/rich/Rtf.h"
 #include "platform/ui/Controls.h"
 #include "platform/ui/MenuTable.h"
 #include "shell/state/Global.h"
@@ -60,7 +61,9 @@ void frmLetterhead::Form_Load()
     m_rows = m_database->OpenRecordset(u"Invoices"_s);
     setFont();
     if (!m_rows->BOF())
-        Text1->setPlainText(toText(m_rows->Fields(kColumn)));
+        m_stored = toText(m_rows->Fields(kColumn));
+    Text1->setPlainText(m_stored);
+    m_shown = wordsOf(*Text1->document());
 }
 
 void frmLetterhead::setFont()
@@ -76,7 +79,8 @@ void frmLetterhead::mnuDone_Click()
         m_rows->AddNew();
     else
         m_rows->Edit();
-    m_rows->SetField(kColumn, Text1->toPlainText().replace(u'\n', "\r\n"_L1));
+    const QString words = wordsOf(*Text1->document());
+    m_rows->SetField(kColumn, words == m_shown ? m_stored : words);
     m_rows->Update();
     accept();
 }

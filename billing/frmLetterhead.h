@@ -30,6 +30,7 @@ private:
 
     Global &m_global;
     QPlainTextEdit *Text1 = nullptr;
+    QString m_stored, m_shown; // as it lies in the file, which nothing typed leaves so; and as it came up
     std::unique_ptr<dao::Database> m_database; // open from Load to Unload
     std::unique_ptr<dao::Recordset> m_rows;
 };

@@ -1,6 +1,7 @@
 #include "contacts/FramePane.h"
 
 #include "platform/base/Twips.h"
+#include "platform/rich/Rtf.h"
 #include "platform/ui/DatePicker.h"
 #include "platform/ui/MaskEdBox.h"
 
@@ -34,10 +35,7 @@ BoundField boundMemo(QPlainTextEdit *edit, const QString &column)
                 edit->setPlainText(text);
                 edit->document()->setModified(false);
             },
-            [edit, stored] {
-                return edit->document()->isModified() ? edit->toPlainText().replace(u'\n', u"\r\n"_s)
-                                                      : *stored;
-            }};
+            [edit, stored] { return edit->document()->isModified() ? wordsOf(*edit->document()) : *stored; }};
 }
 
 BoundField boundLine(QLineEdit *edit, const QString &column)

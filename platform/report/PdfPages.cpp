@@ -27,6 +27,18 @@ cairo_status_t writeTo(void *device, const unsigned char *bytes, unsigned int le
     return written == static_cast<qint64>(length) ? CAIRO_STATUS_SUCCESS : CAIRO_STATUS_WRITE_ERROR;
 }
 
+// cairo refuses a text, and with it the file, that has a half of a pair or a code that is no character; one
+// of code 0 would end it.
+QByteArray utf8Of(const QString &text)
+{
+    QList<uint> letters = text.toUcs4(); // halves of pairs become replacement characters
+    for (uint &letter : letters)
+        if (QChar::isNonCharacter(letter) || letter == 0)
+            letter = QChar::ReplacementCharacter;
+    return QString::fromUcs4(reinterpret_cast<const char32_t *>(letters.constData()), letters.size())
+        .toUtf8();
+}
+
 } // namespace
 
 PdfPages::PdfPages(QIODevice &device, const QString &title)
@@ -34,7 +46,7 @@ PdfPages::PdfPages(QIODevice &device, const QString &title)
       m_context(cairo_create(m_surface.get()))
 {
     cairo_pdf_surface_restrict_to_version(m_surface.get(), CAIRO_PDF_VERSION_1_5);
-    cairo_pdf_surface_set_metadata(m_surface.get(), CAIRO_PDF_METADATA_TITLE, title.toUtf8().constData());
+    cairo_pdf_surface_set_metadata(m_surface.get(), CAIRO_PDF_METADATA_TITLE, utf8Of(title).constData());
 }
 
 void PdfPages::check() const
@@ -68,7 +80,7 @@ void PdfPages::addBookmark(const QString &title, int page, double top)
 {
     const QByteArray place =
         "page=" + QByteArray::number(page) + " pos=[0 " + QByteArray::number(top / kTwipsPerPoint) + "]";
-    cairo_pdf_surface_add_outline(m_surface.get(), CAIRO_PDF_OUTLINE_ROOT, title.toUtf8().constData(),
+    cairo_pdf_surface_add_outline(m_surface.get(), CAIRO_PDF_OUTLINE_ROOT, utf8Of(title).constData(),
                                   place.constData(), static_cast<cairo_pdf_outline_flags_t>(0));
 }
 
@@ -179,7 +191,7 @@ void PdfPages::addCluster(const Cluster &cluster, const ReportItem &item, double
                                 item.top + item.baseline + (places[i].y() - ascent) * unit});
         const bool last = part + 1 == cluster.runs.size();
         const qsizetype taken = last ? letters.size() : std::min(letters.size(), glyphs.size());
-        const QByteArray text = QString::fromUcs4(letters.constData(), taken).toUtf8();
+        const QByteArray text = utf8Of(QString::fromUcs4(letters.constData(), taken));
         letters.remove(0, taken);
         setFont(faceOf(run.rawFont(), item.font.Bold), item.font.Size);
         const int count = static_cast<int>(m_glyphs.size()), length = static_cast<int>(text.size());

@@ -4,6 +4,7 @@
 #include "platform/base/RunTimeError.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 namespace vardelin {
@@ -18,6 +19,22 @@ constexpr double kLeastShare = 0.25; // of a page, that a section longer than on
 QString shown(const Value &value, const QString &mask)
 {
     return mask.isEmpty() ? joinText(value) : format(value, mask);
+}
+
+// Infinities and what is no number at all, which a damaged or foreign file may hold, are left out.
+bool isSummed(const Value &value)
+{
+    return !value.isEmpty() && !value.isNull() && isNumeric(value) && std::isfinite(toDouble(value));
+}
+
+// Exact, as money is. A number too large for that makes the sum a floating one.
+Value sumOf(const Value &total, const Value &value)
+{
+    try {
+        return toDecimal(total) + toDecimal(value);
+    } catch (const RunTimeError &) {
+        return toDouble(total) + toDouble(value);
+    }
 }
 
 double inkBottom(const LaidSection &laid)
@@ -100,7 +117,7 @@ ReportPages::ReportPages(const ReportDesign &design, const ReportRecords &record
             }
             m_columnOf[&control] = static_cast<int>(column);
             if (control.kind == ReportControl::Kind::Sum)
-                m_sums[&control] = std::nullopt;
+                m_sums[&control] = Value();
         }
     }
     m_headerHeight = layBand(Kind::PageHeader, 1).height;
@@ -123,8 +140,7 @@ std::vector<QString> ReportPages::textsOf(const ReportSection &section,
     for (const ReportControl &control : section.controls) {
         QString text = control.Caption;
         if (control.kind == ReportControl::Kind::Sum) {
-            const auto &total = m_sums.at(&control);
-            text = shown(total ? Value(*total) : Value(NullValue{}), control.DataFormat);
+            text = shown(m_sums.at(&control), control.DataFormat);
         } else if (control.kind == ReportControl::Kind::Text) {
             const auto column = m_columnOf.find(&control);
             text = column == m_columnOf.end() || values.empty()
@@ -147,12 +163,9 @@ LaidSection ReportPages::layBand(Kind kind, int page) const
 
 void ReportPages::addToSums(const std::vector<Value> &values)
 {
-    for (auto &[control, total] : m_sums) {
-        const Value &value = values[static_cast<std::size_t>(m_columnOf.at(control))];
-        if (value.isEmpty() || value.isNull() || !isNumeric(value))
-            continue;
-        total = total ? *total + toDecimal(value) : toDecimal(value);
-    }
+    for (auto &[control, total] : m_sums)
+        if (const Value &value = values[static_cast<std::size_t>(m_columnOf.at(control))]; isSummed(value))
+            total = sumOf(total, value);
 }
 
 // Every record is laid once in order while the pages are found, and added to the sums then.

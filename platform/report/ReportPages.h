@@ -81,8 +81,8 @@ private:
     Place m_next;                     // where the first page not found begins
     std::optional<ReportPage> m_made; // the page found last
     bool m_complete = false;
-    int m_summed = 0; // records that are in the sums
-    std::map<const ReportControl *, std::optional<Decimal>> m_sums;
+    int m_summed = 0;                              // records that are in the sums
+    std::map<const ReportControl *, Value> m_sums; // Empty: of no number yet
     int m_laidRecord = -1;
     std::optional<LaidSection> m_laid; // m_laidRecord's
     std::map<ReportSection::Kind, LaidSection> m_ends;

@@ -88,6 +88,15 @@ QString plainText(const QTextDocument &document)
     return text.replace("\n"_L1, "\r\n"_L1);
 }
 
+// toPlainText() would make blanks of hard blanks, and lines of what merely marks frames.
+QString wordsOf(const QTextDocument &document)
+{
+    QString text = document.toRawText();
+    for (const QChar lineEnd : {QChar(QChar::ParagraphSeparator), QChar(QChar::LineSeparator)})
+        text.replace(lineEnd, "\r\n"_L1);
+    return text;
+}
+
 QByteArray rtfBytes(const QString &text)
 {
     const QStringView whole =

@@ -40,6 +40,8 @@ QString plainTextOf(QByteArrayView rtf);
 // The document's text: line ends CR LF (also for a break within a paragraph), pictures left out, hard blanks
 // as blanks.
 QString plainText(const QTextDocument &document);
+// The same for a column of words alone: every other character stays, hard blanks too.
+QString wordsOf(const QTextDocument &document);
 
 // What a text column holds, as bytes for fromRtf(): characters outside ASCII become \u escapes if the text is
 // RTF, else UTF-8.

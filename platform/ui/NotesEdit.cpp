@@ -59,7 +59,7 @@ NotesEdit::NotesEdit(QWidget *parent) : QTextEdit(parent)
 
 QString NotesEdit::Text() const
 {
-    return plainText(*document());
+    return acceptRichText() ? plainText(*document()) : wordsOf(*document());
 }
 
 QString NotesEdit::TextRTF() const

@@ -52,6 +52,17 @@ TEST_F(LetterheadTest, DoneMakesTheRowAndThenChangesIt)
         choose(form.get(), u"mnuDone"_s);
     }
     EXPECT_EQ(headers(), QStringList{QString()}); // one row still, and it holds an empty text
+    const QString foreign = u"Dewey\u00a0& Howe\r1 Main Street\n"_s;
+    engine.OpenDatabase(global.DatabaseFileName)->OpenRecordset(u"Invoices"_s)->Delete();
+    add(u"Invoices"_s, {{u"Invoice Header"_s, foreign}});
+    choose(open().get(), u"mnuDone"_s);
+    EXPECT_EQ(headers(), QStringList{foreign}) << "nothing typed, nothing changed";
+    {
+        const auto form = open();
+        QTest::keyClicks(text(form.get()), u"T"_s);
+        choose(form.get(), u"mnuDone"_s);
+    }
+    EXPECT_EQ(headers(), QStringList{u"TDewey\u00a0& Howe\r\n1 Main Street\r\n"_s});
 }
 
 TEST_F(LetterheadTest, ReturnDropsWhatWasTypedAndEscStays)

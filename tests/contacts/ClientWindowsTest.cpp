@@ -70,14 +70,14 @@ TEST_F(ClientWindowsTest, SaveAndMovesCommitEveryKindOfField)
     typeOver(control<QLineEdit>(form.get(), u"Text1(3)"_s), u"Łódź"_s);
     control<QLineEdit>(form.get(), u"MaskEdBox1(0)"_s)->setFocus();
     QTest::keyClicks(QApplication::focusWidget(), u"49783-12"_s);
-    control<QPlainTextEdit>(form.get(), u"Text3"_s)->insertPlainText(u"Call\nWrite"_s);
+    control<QPlainTextEdit>(form.get(), u"Text3"_s)->insertPlainText(u"Call\u00a01\nWrite"_s);
     QTest::keyClick(control<QWidget>(form.get(), u"DTPicker1"_s)->focusProxy(), Qt::Key_Space);
     dialogs.expect(updated, Answer::Yes, Buttons::YesNo);
     choose(form.get(), u"mnuSave"_s);
     EXPECT_EQ(tab(form.get()), u"Young, Al"_s) << "back on the last row";
     const QString row = exportedRows(global.DatabaseFileName, u"Active Clients"_s).join(u'\n');
     for (const QString &text : {u"Łódź"_s, u"\"4978312\""_s, u"2026-10-16"_s, u"\"(517) 555-0001\""_s,
-                                u"\"5175550002\""_s, u"Call\r\nWrite"_s})
+                                u"\"5175550002\""_s, u"Call\u00a01\r\nWrite"_s})
         EXPECT_TRUE(row.contains(text)) << text.toStdString() << " in " << row.toStdString();
     if (const auto read = readByNpm(global.DatabaseFileName, u"Active Clients"_s, VARDELIN_ROOT)) {
         ASSERT_EQ(read->size(), 3);
@@ -86,7 +86,7 @@ TEST_F(ClientWindowsTest, SaveAndMovesCommitEveryKindOfField)
                                          {u"Zip Code"_s, u"4978312"_s},
                                          {u"Work Telephone"_s, u"(517) 555-0001"_s},
                                          {u"Retainer Date"_s, u"2026-10-16 00:00:00"_s},
-                                         {u"Things To Do"_s, u"Call\r\nWrite"_s}})
+                                         {u"Things To Do"_s, u"Call\u00a01\r\nWrite"_s}})
             EXPECT_EQ(al.value(u"Active Client "_s + name).toString(), text) << name.toStdString();
         EXPECT_TRUE(al.value(u"Active Client State"_s).isNull()) << "never touched";
     }

@@ -142,6 +142,13 @@ TEST_F(DisplayEditTest, StoredNotesKeepEveryByteUnlessTheyAreEdited)
     EXPECT_EQ(stored(u"Vardelin"_s, 2), u"a\nb\r\nc\rd\tend \n"_s) << "the two views are two columns";
     choose(window.get(), u"mnuGraphics"_s);
     EXPECT_EQ(notes(window.get(), 1)->Text().trimmed(), u"New Rich notes 2"_s);
+
+    choose(window.get(), u"mnuText"_s);
+    notes(window.get(), 2)->insertPlainText(u"\u00a7\u00a012 "_s); // a sign, a hard blank
+    choose(window.get(), u"mnuSaveChanges"_s);
+    QTest::keyClicks(notes(window.get(), 2), u"See "_s);
+    choose(window.get(), u"mnuSaveChanges"_s);
+    EXPECT_EQ(stored(u"Vardelin"_s, 2), u"See \u00a7\u00a012 a\r\nb\r\nc\r\nd\tend \r\n"_s);
 }
 
 TEST_F(DisplayEditTest, DeleteAsksAndGoesOnAtTheLast)

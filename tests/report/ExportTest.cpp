@@ -183,6 +183,23 @@ TEST_F(ExportTest, PdfKeepsTheTextAndTheLookOfEveryScript)
     expectScriptsIn(u"URW Bookman"_s);
 }
 
+// Codes that are no characters, halves of pairs and control characters cost nobody the file.
+TEST_F(ExportTest, PdfTakesTextsThatAreNone)
+{
+    if (QStandardPaths::findExecutable(u"pdftotext"_s).isEmpty())
+        GTEST_SKIP() << "pdftotext (poppler-utils) is not installed: the PDF was not read back";
+    QString odd = u"ahead \uFDD0\uFFFE\x01\u0007 "_s + QChar(u'\0') + QChar(0xD800) + u" behind"_s;
+    const ListedRecords strange = notes({{odd, odd}, {u"next"_s, u"note"_s}});
+    ReportDesign titled = design;
+    titled.Caption = odd;
+    ReportPages sheets(titled, strange, measurer);
+    const QString pdf = path(u"odd.pdf"_s);
+    ASSERT_TRUE(exportReport(sheets, pdf, writePdf, goOn));
+    const QString read = outputOf(u"pdftotext"_s, {pdf, u"-"_s});
+    for (const QString &text : {u"ahead"_s, u"behind"_s, u"next"_s})
+        EXPECT_TRUE(read.contains(text)) << read.toStdString();
+}
+
 TEST_F(ExportTest, TextWebPageAndTable)
 {
     const QString text = QString::fromUtf8(written(writeText));

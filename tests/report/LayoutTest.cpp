@@ -4,6 +4,7 @@
 #include "platform/report/PageText.h"
 #include "tests/support/OfficeProgram.h"
 
+#include <limits>
 #include <random>
 
 using namespace Qt::StringLiterals;
@@ -204,6 +205,14 @@ TEST_F(LayoutTest, TotalsAndPageCodes)
                      {text, text, Value(u" 0.25 "_s)},
                      {text, text, text}}),
               u"92,233,720,368.8 hours"_s);
+    // What a column of another program may hold: beyond all exact numbers, or no number.
+    const float none32 = std::numeric_limits<float>::quiet_NaN();
+    EXPECT_EQ(total({{text, text, Value(1e30f)},
+                     {text, text, Value(none32)},
+                     {text, text, Value(-1e30f)},
+                     {text, text, Value(std::numeric_limits<float>::infinity())},
+                     {text, text, Value(2.5f)}}),
+              u"2.5 hours"_s);
 }
 
 TEST_F(LayoutTest, ReadsARecordSetWithoutMovingIt)
