@@ -4,6 +4,7 @@
 #include "platform/rich/Rtf.h"
 #include "platform/ui/Controls.h"
 #include "platform/ui/MenuTable.h"
+#include "platform/ui/WordWrap.h"
 #include "shell/state/Global.h"
 
 #include <QKeyEvent>
@@ -62,7 +63,7 @@ void frmLetterhead::Form_Load()
     setFont();
     if (!m_rows->BOF())
         m_stored = toText(m_rows->Fields(kColumn));
-    Text1->setPlainText(m_stored);
+    showPlainText(*Text1, m_stored);
     m_shown = wordsOf(*Text1->document());
 }
 

@@ -5,6 +5,7 @@
 #include "platform/base/Twips.h"
 #include "platform/ui/MenuTable.h"
 #include "platform/ui/SharedKeys.h"
+#include "platform/ui/WordWrap.h"
 #include "shell/state/Global.h"
 
 #include <QGridLayout>
@@ -304,7 +305,7 @@ void frmPaymentsDisbursements::bindFields()
     }
     m_disbursements.control.bind(shown(u"Disbursement Payee"_s, Text2_1));
     m_disbursements.control.bind(
-        {u"Disbursement Description"_s, [this](const QString &text) { Text2_2->setPlainText(text); }, {}});
+        {u"Disbursement Description"_s, [this](const QString &text) { showPlainText(*Text2_2, text); }, {}});
     m_payments.control.bind(shown(u"Payment Description"_s, Text4_1));
 }
 

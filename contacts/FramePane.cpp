@@ -4,6 +4,7 @@
 #include "platform/rich/Rtf.h"
 #include "platform/ui/DatePicker.h"
 #include "platform/ui/MaskEdBox.h"
+#include "platform/ui/WordWrap.h"
 
 #include <QPlainTextEdit>
 #include <QStyle>
@@ -32,7 +33,7 @@ BoundField boundMemo(QPlainTextEdit *edit, const QString &column)
     return {column,
             [edit, stored](const QString &text) {
                 *stored = text;
-                edit->setPlainText(text);
+                showPlainText(*edit, text);
                 edit->document()->setModified(false);
             },
             [edit, stored] { return edit->document()->isModified() ? wordsOf(*edit->document()) : *stored; }};

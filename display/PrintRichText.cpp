@@ -4,6 +4,7 @@
 #include "platform/print/Printer.h"
 #include "platform/ui/BusyPointer.h"
 #include "platform/ui/PictureObject.h"
+#include "platform/ui/WordWrap.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QImage>
@@ -108,7 +109,7 @@ void PrintRichText(Printer &printer, const QTextDocument &text, int left, int to
 
     const std::unique_ptr<QTextDocument> document(text.clone());
     QTextOption option = document->defaultTextOption();
-    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    option.setWrapMode(wrapModeFor(*document));
     document->setDefaultTextOption(option);
     document->setUseDesignMetrics(true);
     document->setDocumentMargin(0);

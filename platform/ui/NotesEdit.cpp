@@ -4,6 +4,7 @@
 #include "platform/rich/RtfPicture.h"
 #include "platform/ui/NotePictures.h"
 #include "platform/ui/PictureObject.h"
+#include "platform/ui/WordWrap.h"
 
 #include <QFile>
 #include <QKeyEvent>
@@ -70,7 +71,10 @@ QString NotesEdit::TextRTF() const
 void NotesEdit::setTextRTF(const QString &rtf)
 {
     clearAll();
+    document()->setLayoutEnabled(false);
     fromRtf(rtfBytes(rtf), *document());
+    setWordWrapMode(wrapModeFor(*document()));
+    document()->setLayoutEnabled(true);
     document()->clearUndoRedoStacks();
     document()->setModified(false);
     moveCursor(QTextCursor::Start);
@@ -79,6 +83,7 @@ void NotesEdit::setTextRTF(const QString &rtf)
 void NotesEdit::setText(const QString &plain)
 {
     clearAll();
+    setWordWrapMode(wrapModeFor(plain));
     setPlainText(plain);
 }
 
@@ -123,6 +128,8 @@ void NotesEdit::insertFromMimeData(const QMimeData *source)
 {
     if (isReadOnly())
         return;
+    if (const auto mode = wrapModeFor(source->text()); mode == QTextOption::WrapAnywhere)
+        setWordWrapMode(mode);
     if (!acceptRichText())
         return QTextEdit::insertFromMimeData(source);
     const bool textInHtml = source->hasHtml() && hasTextBesidePictures(source->html());

@@ -1,11 +1,14 @@
 #include "platform/ui/NotesEdit.h"
+#include "platform/ui/WordWrap.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QBuffer>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QMimeData>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
@@ -303,6 +306,28 @@ TEST_F(NotesEditTest, picturesOfReplacedNotesAreLetGo)
     EXPECT_FALSE(m_notes.document()->resource(QTextDocument::ImageResource, QUrl(name)).isValid());
     m_notes.setTextRTF(rtf);
     EXPECT_EQ(stored(m_notes, pictures(m_notes)[0]).size(), QSize(40, 20)) << "and back";
+}
+
+// As the bytes of a picture are that another program left in a memo: without a blank in a million letters.
+TEST(NotesEdit, ShowsAWordWithoutEndAtOnce)
+{
+    const QString word(1'000'000, u'5');
+    NotesEdit notes;
+    notes.resize(600, 400);
+    notes.show();
+    QElapsedTimer took;
+    took.start();
+    notes.setText(u"Picture: "_s + word);
+    EXPECT_EQ(notes.Text().size(), word.size() + 9);
+    notes.setTextRTF(u"{\\rtf1 Picture: "_s + word + u'}');
+    EXPECT_EQ(notes.Text().size(), word.size() + 9);
+    QPlainTextEdit memo;
+    memo.show();
+    showPlainText(memo, word);
+    QApplication::processEvents();
+    EXPECT_LT(took.elapsed(), 10'000);
+    notes.setText(u"Words"_s);
+    EXPECT_EQ(notes.wordWrapMode(), QTextOption::WrapAtWordBoundaryOrAnywhere);
 }
 
 } // namespace
