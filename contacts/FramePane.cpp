@@ -113,6 +113,9 @@ QWidget *FramePane::makeField(const FieldDesign &design, Adodc &control)
     }
     auto *memo = new QPlainTextEdit;
     memo->setTabChangesFocus(true);
+    // Lines are broken to fit. Filled on a hidden tab, the edit keeps a range for lines that never were so
+    // long.
+    memo->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     memo->document()->setDocumentMargin(2); // else a frame of one line would show a scroll bar
     control.bind(boundMemo(memo, design.column));
     return memo;

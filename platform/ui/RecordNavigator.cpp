@@ -2,8 +2,10 @@
 
 #include "platform/ui/Icons.h"
 
+#include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -38,6 +40,23 @@ RecordNavigator::RecordNavigator(Adodc &control, Dialogs &dialogs, ErrorFrame &f
 void RecordNavigator::setCaption(const QString &caption)
 {
     m_caption->setText(caption);
+    makeRoom();
+}
+
+void RecordNavigator::makeRoom()
+{
+    constexpr int kMost = 260; // pixels; a window must not grow with a long caption
+    const int wanted = std::min(m_caption->sizeHint().width(), kMost);
+    m_caption->setMinimumWidth(std::max(wanted, m_caption->minimumWidth()));
+}
+
+void RecordNavigator::changeEvent(QEvent *event)
+{
+    QFrame::changeEvent(event);
+    if (event->type() == QEvent::FontChange) {
+        m_caption->setMinimumWidth(0);
+        makeRoom();
+    }
 }
 
 void RecordNavigator::refreshButtons()

@@ -19,12 +19,18 @@ public:
     // shown in a message box with the engine's description, as the control does by itself, and the record
     // stays.
     RecordNavigator(Adodc &control, Dialogs &dialogs, ErrorFrame &frame, QWidget *parent = nullptr);
-    void setCaption(const QString &caption); // between the buttons
+    // Between the buttons, with room for it; the room never shrinks, so that a button stays under the
+    // pointer.
+    void setCaption(const QString &caption);
     // Buttons are on when their move leads somewhere; call after the record set or the place changed.
     void refreshButtons();
     QToolButton *first, *previous, *next, *last; // accessible names "First record" ...
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
+    void makeRoom();
     QToolButton *makeButton(const QString &key, bool (Adodc::*step)());
     void moveRecord(bool (Adodc::*step)());
     void enable(QToolButton *button, bool on, QToolButton *heir);

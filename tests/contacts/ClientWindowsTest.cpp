@@ -47,6 +47,19 @@ TEST_F(ClientWindowsTest, OpensOnTheLastOfTheAlphabetAndShowsEveryField)
         << "a frame for each but the names";
 }
 
+TEST_F(ClientWindowsTest, ALongHistoryIsBrokenIntoLinesWithoutABarToTheSide)
+{
+    addClient(u"Roe"_s, u"Jane"_s,
+              {{u"History"_s, u"Born in Escanaba; worked at the mill. "_s.repeated(80)}});
+    const auto form = make<frmActiveClients>();
+    auto *tabs = control<TabStrip>(form.get(), u"TabStrip1"_s);
+    QTest::mouseClick(tabs, Qt::LeftButton, {}, tabs->tabRect(3).center());
+    QCoreApplication::processEvents();
+    const auto *history = control<QPlainTextEdit>(form.get(), u"Text4"_s);
+    EXPECT_TRUE(history->verticalScrollBar()->isVisible());
+    EXPECT_FALSE(history->horizontalScrollBar()->isVisible());
+}
+
 TEST_F(ClientWindowsTest, ShowingWritesNothingAndReturnDropsWhatNoMoveCommitted)
 {
     addThree();

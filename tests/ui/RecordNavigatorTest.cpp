@@ -3,6 +3,7 @@
 #include "tests/support/ScriptedDialogs.h"
 
 #include <QApplication>
+#include <QLabel>
 #include <QLineEdit>
 #include <QTemporaryDir>
 #include <QTest>
@@ -100,6 +101,28 @@ TEST_F(Navigator, WorksFromTheKeyboardAndPassesTheFocusOnAtTheEnds)
     field.setFocus();
     QTest::mouseClick(bar.last, Qt::LeftButton);
     EXPECT_TRUE(field.hasFocus()) << "a click leaves the focus where one types";
+}
+
+TEST_F(Navigator, MakesRoomForItsCaptionInTheUsersFont)
+{
+    const auto *caption = bar.findChild<QLabel *>();
+    const auto squeeze = [this] {
+        window.resize(1, 1);
+        QCoreApplication::processEvents();
+    };
+    bar.setCaption(u"1999 of 20000"_s);
+    squeeze();
+    const int narrow = caption->width();
+    EXPECT_GE(narrow, caption->fontMetrics().horizontalAdvance(caption->text()));
+    bar.setCaption(u"9 of 10"_s);
+    squeeze();
+    EXPECT_EQ(caption->width(), narrow) << "the buttons stay where they are";
+    QFont large = bar.font();
+    large.setPointSizeF(2 * large.pointSizeF());
+    bar.setCaption(u"99 of 2000"_s);
+    bar.setFont(large);
+    squeeze();
+    EXPECT_GE(caption->width(), caption->fontMetrics().horizontalAdvance(caption->text()));
 }
 
 TEST_F(Navigator, ShowsWhatAMoveRunsInto)
