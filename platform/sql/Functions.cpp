@@ -132,9 +132,15 @@ Value code(Arguments a)
     return Value(static_cast<std::int32_t>(text[0].unicode()));
 }
 
+// No text of the run time is longer than 2 GB.
 Value blanks(Arguments a)
 {
-    return Value(QString(count(a[0]), u' '));
+    constexpr qsizetype kLongest = 0x3FFFFFFF;
+    constexpr int kOutOfStringSpace = 14;
+    const qsizetype size = count(a[0]);
+    if (size > kLongest)
+        throw RunTimeError(kOutOfStringSpace);
+    return Value(QString(size, u' '));
 }
 
 Value formatted(Arguments a, const Clock &)

@@ -53,7 +53,7 @@ void Lexer::read()
 {
     while (m_at < m_text.size() && (m_text[m_at].isSpace() || m_text[m_at].isNull()))
         ++m_at;
-    const bool afterName = m_token.isName();
+    const bool afterName = m_token.isName() && m_token.end == m_at; // then a dot joins two names
     m_token = {};
     m_token.position = m_at;
     const QChar c = at(m_at);

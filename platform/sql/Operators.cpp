@@ -55,6 +55,14 @@ double divisor(const Value &value)
     return number;
 }
 
+// A root of a negative number is no number, and neither is zero turned upside down.
+Value power(double base, double exponent)
+{
+    if ((base < 0 && exponent != std::trunc(exponent)) || (base == 0 && exponent < 0))
+        throw RunTimeError(RunTime::InvalidProcedureCall);
+    return Value(finite(std::pow(base, exponent)));
+}
+
 Value wholeArithmetic(Op op, const Value &left, const Value &right)
 {
     const std::int64_t a = toLong(left), b = toLong(right);
@@ -81,7 +89,7 @@ Value floatingArithmetic(Op op, const Value &left, const Value &right)
     const bool bothDates = holdsType<DateSerial>(left) && holdsType<DateSerial>(right);
     const bool oneDate = holdsType<DateSerial>(left) || holdsType<DateSerial>(right);
     if (oneDate && op != Op::Multiply && !(bothDates && op == Op::Subtract))
-        return Value(DateSerial{result});
+        return Value(toDate(Value(result)));
     return Value(result);
 }
 
@@ -186,7 +194,7 @@ Value applyBinary(Op op, const Value &left, const Value &right)
     case Op::Modulo:
         return modulo(left, right);
     case Op::Power:
-        return Value(finite(std::pow(toDouble(left), toDouble(right))));
+        return power(toDouble(left), toDouble(right));
     default:
         return Value(compares(op, *compareValues(left, right)));
     }

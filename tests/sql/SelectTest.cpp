@@ -70,7 +70,7 @@ TEST_F(SelectTest, FiveThousandClientsAreOneStatement)
 TEST_F(SelectTest, DepthIsBoundedByMemoryAlone)
 {
     addLogs(3);
-    const int depth = 50000;
+    const int depth = 100000;
     const QString open(depth, u'('), close(depth, u')');
     EXPECT_EQ(ids(u"SELECT * FROM Logs WHERE "_s + open + u"Id = 2"_s + close), std::vector<std::int32_t>{2});
     EXPECT_EQ(ids(u"SELECT * FROM Logs WHERE "_s + u"Not "_s.repeated(depth) + u"Id = 2"_s),
