@@ -21,9 +21,10 @@ void Recordset::SetFilter(const QString &condition)
     std::optional<data::Selection> part;
     if (!condition.trimmed().isEmpty()) {
         try {
-            part.emplace(s.opened->file(),
-                         u"Select * From [%1] Where "_s.arg(QString::fromStdU16String(whole.table().name())) +
-                             condition);
+            part.emplace(
+                s.opened->file(),
+                u"Select * From [%1] Where ("_s.arg(QString::fromStdU16String(whole.table().name())) +
+                    condition + u')'); // in brackets no clause can follow it
         } catch (const RunTimeError &) {
             fail(Number::InvalidArgument);
         } catch (const jet::Error &) {

@@ -224,6 +224,54 @@ TEST_F(AdoTest, AddsBehindTheOthers)
     expectSound();
 }
 
+TEST_F(AdoTest, FiltersByTwoNames)
+{
+    for (const auto &[last, first] : {std::pair{u"Able"_s, u"Ann"_s},
+                                      {u"O'Neil"_s, u"Pat"_s},
+                                      {u"Able"_s, u"Bea"_s},
+                                      {u"Cole"_s, u"Ann"_s}})
+        add(u"Active Clients"_s,
+            {{u"Client Last Name"_s, Value(last)}, {u"Client First Name"_s, Value(first)}});
+    const auto names = [](const QString &last, const QString &first) {
+        return u"[Client Last Name] = '"_s + last + u"' And [Client First Name] = '"_s + first + u"' "_s;
+    };
+    ado::Recordset records;
+    openLogs(records, u"SELECT * FROM [Active Clients]"_s);
+    records.MoveLast();
+    records.SetFilter(names(u"able"_s, u"BEA"_s));
+    EXPECT_EQ(records.RecordCount(), 1);
+    EXPECT_EQ(records.AbsolutePosition(), 1);
+    EXPECT_EQ(records.Fields(u"Client First Name"_s), Value(u"Bea"_s));
+    records.MoveNext();
+    EXPECT_TRUE(records.EOF_());
+    // What is no condition leaves the filter that was, and every row in its place.
+    for (const QString &refused :
+         {names(u"O'Neil"_s, u"Pat"_s), u"Nobody = 1"_s, u"[Client Last Name] = 5"_s, u"Order By 1"_s,
+          u"[Client Last Name] = 'Able' Order By [Client First Name]"_s, u"[Client Last Name] = 'Able';"_s,
+          u"[Client Last Name"_s, u"'Able"_s})
+        EXPECT_EQ(errorOf([&] { records.SetFilter(refused); }), 3001) << refused.toStdString();
+    EXPECT_EQ(records.Filter(), names(u"able"_s, u"BEA"_s));
+    EXPECT_EQ(records.RecordCount(), 1);
+    records.SetFilter(names(u"O''Neil"_s, u"Pat"_s));
+    EXPECT_EQ(records.Fields(u"Client Last Name"_s), Value(u"O'Neil"_s));
+    records.SetFilter(names(u"Able"_s, u"Pat"_s));
+    EXPECT_TRUE(records.BOF() && records.EOF_());
+    records.AddNew(); // seen through the filter and without it
+    records.SetField(u"Client Last Name"_s, Value(u"New"_s));
+    records.SetField(u"Client First Name"_s, Value(u""_s));
+    records.Update();
+    EXPECT_EQ(records.RecordCount(), 1);
+    records.SetFilter(names(u"Cole"_s, u"Ann"_s));
+    records.Delete();
+    EXPECT_EQ(errorOf([&] { records.Fields(u"Client Last Name"_s); }), 3021);
+    records.SetFilter({});
+    EXPECT_EQ(records.RecordCount(), 4);
+    EXPECT_EQ(records.AbsolutePosition(), 1);
+    EXPECT_EQ(column(u"Active Clients"_s, u"Client Last Name"_s),
+              (QStringList{u"Able"_s, u"O'Neil"_s, u"Able"_s, u"New"_s}));
+    expectSound();
+}
+
 TEST_F(AdoTest, DeletesAndGoesOnFromThere)
 {
     addLogs(1, 4);
