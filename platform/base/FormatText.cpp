@@ -1,3 +1,4 @@
+#include "platform/base/LetterCase.h"
 #include "platform/base/Mask.h"
 
 #include <algorithm>
@@ -22,7 +23,7 @@ bool has(const Mask &mask, QChar wanted)
 // none stand at the other end.
 QString formatText(const QString &text, const Mask &mask)
 {
-    const QString cased = has(mask, u'<') ? text.toLower() : has(mask, u'>') ? text.toUpper() : text;
+    const QString cased = has(mask, u'<') ? lowerCase(text) : has(mask, u'>') ? upperCase(text) : text;
     const auto places = static_cast<qsizetype>(std::ranges::count_if(mask, isPlace));
     const bool fromLeft = has(mask, u'!');
     qsizetype missing = fromLeft ? 0 : std::max<qsizetype>(places - cased.size(), 0);

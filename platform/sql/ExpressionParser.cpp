@@ -51,14 +51,14 @@ bool matches(const Token &token, QLatin1StringView text)
     return token.is(text) || token.isWord(text);
 }
 
+constexpr auto kMissingOperator = "Syntax error (missing operator)"_L1;
+
+} // namespace
+
 bool isReserved(const Token &token)
 {
     return std::ranges::any_of(kReserved, [&](QLatin1StringView word) { return token.isWord(word); });
 }
-
-constexpr auto kMissingOperator = "Syntax error (missing operator)"_L1;
-
-} // namespace
 
 ExpressionParser::ExpressionParser(Lexer &lexer, Tree &tree, std::initializer_list<QLatin1StringView> ends)
     : m_lexer(lexer), m_tree(tree), m_ends(ends), m_start(lexer.peek().position)
@@ -228,7 +228,7 @@ bool ExpressionParser::parseWordOperator(bool negated, qsizetype position)
     pending.position = position;
     pending.operands = m_operands.size() - 1;
     if (!between && !m_lexer.accept("("_L1))
-        fail("Syntax error"_L1);
+        fail("In operator without ()"_L1);
     m_pending.push_back(std::move(pending));
     m_wantsOperand = true;
     return true;
@@ -243,7 +243,7 @@ void ExpressionParser::parseIsNull(qsizetype position)
     test.operands = 1;
     test.position = position;
     if (!m_lexer.accept("null"_L1))
-        fail(kMissingOperator);
+        fail("Invalid use of Is operator"_L1);
     build(test);
 }
 
@@ -331,6 +331,8 @@ void ExpressionParser::fail(QLatin1StringView what)
         what = "Syntax error in string"_L1;
     else if (token.kind == TokenKind::BadDate)
         what = "Syntax error in date"_L1;
+    else if (token.kind == TokenKind::BadNumber)
+        what = "Syntax error in number"_L1;
     else if (token.kind == TokenKind::BadName)
         what = "Missing ), ], or Item"_L1;
     // Two operands side by side are told before what is wrong inside the second.

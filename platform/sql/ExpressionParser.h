@@ -8,6 +8,9 @@
 
 namespace vardelin::sql {
 
+// A bare word that is a part of the language and so no name.
+bool isReserved(const Token &token);
+
 class ExpressionParser
 {
 public:

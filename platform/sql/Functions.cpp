@@ -2,7 +2,10 @@
 
 #include "platform/base/Dates.h"
 #include "platform/base/Format.h"
+#include "platform/base/LetterCase.h"
 #include "platform/base/RunTimeError.h"
+#include "platform/sql/DateFunctions.h"
+#include "platform/sql/Operators.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,8 +13,6 @@
 namespace vardelin::sql {
 
 namespace {
-
-using Arguments = std::span<const Value>;
 
 const Value kNull{NullValue()};
 
@@ -87,12 +88,12 @@ Value trimBack(Arguments a)
 
 Value upper(Arguments a)
 {
-    return Value(toText(a[0]).toUpper());
+    return Value(upperCase(toText(a[0])));
 }
 
 Value lower(Arguments a)
 {
-    return Value(toText(a[0]).toLower());
+    return Value(lowerCase(toText(a[0])));
 }
 
 // InStr([start,] text, sought [, compare]): from 1; 0 if it isn't there. Without regard to case, unless
@@ -133,14 +134,40 @@ Value code(Arguments a)
 }
 
 // No text of the run time is longer than 2 GB.
-Value blanks(Arguments a)
+QString repeated(const Value &times, QChar c)
 {
     constexpr qsizetype kLongest = 0x3FFFFFFF;
     constexpr int kOutOfStringSpace = 14;
-    const qsizetype size = count(a[0]);
+    const qsizetype size = count(times);
     if (size > kLongest)
         throw RunTimeError(kOutOfStringSpace);
-    return Value(QString(size, u' '));
+    return QString(size, c);
+}
+
+Value blanks(Arguments a)
+{
+    return Value(repeated(a[0], u' '));
+}
+
+// String(times, text): its first character; a number is a character's code.
+Value repeatedCharacter(Arguments a)
+{
+    if (a[1].isNull())
+        return kNull;
+    const QString text = a[1].isText() ? toText(a[1]) : QString(QChar(static_cast<char16_t>(toLong(a[1]))));
+    if (text.isEmpty())
+        throw RunTimeError(RunTime::InvalidProcedureCall);
+    return Value(repeated(a[0], text[0]));
+}
+
+// In the general order: -1, 0 or 1; compare 0 goes by the characters' codes.
+Value comparedTexts(Arguments a)
+{
+    if (a[1].isNull())
+        return kNull;
+    const QString left = toText(a[0]), right = toText(a[1]);
+    const int order = a.size() > 2 && toLong(a[2]) == 0 ? left.compare(right) : compareTexts(left, right);
+    return Value(order < 0 ? -1 : order > 0 ? 1 : 0);
 }
 
 Value formatted(Arguments a, const Clock &)
@@ -170,20 +197,36 @@ Value absolute(Arguments a)
     return Value(std::fabs(toDouble(a[0])));
 }
 
+// Money and dates stay what they are, and money stays exact.
+Value wholePart(const Value &value, double (*whole)(double))
+{
+    if (const auto *money = std::get_if<Currency>(&value.variant())) {
+        const std::int64_t units = money->tenThousandths / 10000, rest = money->tenThousandths % 10000;
+        const auto step = static_cast<std::int64_t>(whole(static_cast<double>(rest) / 10000));
+        return Value(toCurrency(Value(Decimal(units + step))));
+    }
+    const double result = whole(toDouble(value));
+    const bool isDate = std::holds_alternative<DateSerial>(value.variant());
+    return isDate ? Value(DateSerial{result}) : Value(result);
+}
+
 Value floored(Arguments a)
 {
-    return Value(std::floor(toDouble(a[0])));
+    return wholePart(a[0], std::floor);
 }
 
 Value truncated(Arguments a)
 {
-    return Value(std::trunc(toDouble(a[0])));
+    return wholePart(a[0], std::trunc);
 }
 
 // Halves to the even digit, on the decimal digits.
 Value roundedTo(Arguments a)
 {
+    constexpr double allWhole = 1E15; // from here on a number has no places to round
     const qsizetype places = a.size() > 1 ? count(a[1]) : 0;
+    if (std::fabs(toDouble(a[0])) >= allWhole)
+        return a[0];
     Decimal scaled = toDecimal(a[0]);
     const Decimal shift =
         toDecimal(Value(std::pow(10.0, static_cast<double>(std::min<qsizetype>(places, 9)))));
@@ -246,7 +289,10 @@ Value datePart(Arguments a)
 
 Value weekday(Arguments a)
 {
-    return Value(weekdayOf(toDate(a[0])));
+    const int first = a.size() > 1 ? toInteger(a[1]) : 1; // 1 is Sunday
+    if (first < 1 || first > 7)
+        throw RunTimeError(RunTime::InvalidProcedureCall);
+    return Value((weekdayOf(toDate(a[0])) - first + 7) % 7 + 1);
 }
 
 Value dayOnly(Arguments a)
@@ -271,10 +317,47 @@ Value dateOfParts(Arguments a)
     return Value(toDate(Value(serialOf({months / 12, months % 12 + 1, 1, 0, 0, 0}).days + day - 1)));
 }
 
+// Hours, minutes and seconds beyond their range count on.
+Value timeOfParts(Arguments a)
+{
+    const int hour = toInteger(a[0]), minute = toInteger(a[1]), second = toInteger(a[2]);
+    return Value(toDate(Value((hour * 3600.0 + minute * 60.0 + second) / 86400)));
+}
+
+Value toByte(Arguments a, const Clock &)
+{
+    const std::int16_t whole = toInteger(a[0]);
+    if (whole < 0 || whole > 255)
+        throw RunTimeError(RunTime::Overflow);
+    return Value(whole);
+}
+
+Value itself(Arguments a, const Clock &)
+{
+    return a[0];
+}
+
+Value naturalLogarithm(Arguments a)
+{
+    const double value = toDouble(a[0]);
+    if (value <= 0)
+        throw RunTimeError(RunTime::InvalidProcedureCall);
+    return Value(std::log(value));
+}
+
+Value exponential(Arguments a)
+{
+    const double value = std::exp(toDouble(a[0]));
+    if (!std::isfinite(value))
+        throw RunTimeError(RunTime::Overflow);
+    return Value(value);
+}
+
 constexpr Function kFunctions[] = {
     {u"Abs", 1, 1, Kind::Number, passNull<absolute>},
     {u"Asc", 1, 1, Kind::Number, passNull<code>},
     {u"CBool", 1, 1, Kind::Number, convert<toBoolean>},
+    {u"CByte", 1, 1, Kind::Number, toByte},
     {u"CCur", 1, 1, Kind::Number, convert<toCurrency>},
     {u"CDate", 1, 1, Kind::Date, convert<toDate>},
     {u"CDbl", 1, 1, Kind::Number, convert<static_cast<double (*)(const Value &)>(toDouble)>},
@@ -283,11 +366,16 @@ constexpr Function kFunctions[] = {
     {u"CLng", 1, 1, Kind::Number, convert<toLong>},
     {u"CSng", 1, 1, Kind::Number, convert<toSingle>},
     {u"CStr", 1, 1, Kind::Text, convert<toText>},
+    {u"CVar", 1, 1, Kind::Any, itself},
     {u"CVDate", 1, 1, Kind::Date, passNull<[](Arguments a) { return Value(toDate(a[0])); }>},
     {u"Date", 0, 0, Kind::Date, today},
+    {u"DateAdd", 3, 3, Kind::Date, dateAdd},
+    {u"DateDiff", 3, 3, Kind::Number, dateDiff},
+    {u"DatePart", 2, 2, Kind::Number, datePartOf},
     {u"DateSerial", 3, 3, Kind::Date, passNull<dateOfParts>},
     {u"DateValue", 1, 1, Kind::Date, passNull<dayOnly>},
     {u"Day", 1, 1, Kind::Number, passNull<datePart<&DateParts::day>>},
+    {u"Exp", 1, 1, Kind::Number, passNull<exponential>},
     {u"Fix", 1, 1, Kind::Number, passNull<truncated>},
     {u"Format", 1, 4, Kind::Text, formatted},
     {u"Hour", 1, 1, Kind::Number, passNull<datePart<&DateParts::hour>>},
@@ -299,6 +387,7 @@ constexpr Function kFunctions[] = {
     {u"LCase", 1, 1, Kind::Text, passNull<lower>},
     {u"Left", 2, 2, Kind::Text, passNull<left>},
     {u"Len", 1, 1, Kind::Number, passNull<length>},
+    {u"Log", 1, 1, Kind::Number, passNull<naturalLogarithm>},
     {u"LTrim", 1, 1, Kind::Text, passNull<trimFront>},
     {u"Mid", 2, 3, Kind::Text, passNull<mid>},
     {u"Minute", 1, 1, Kind::Number, passNull<datePart<&DateParts::minute>>},
@@ -312,12 +401,15 @@ constexpr Function kFunctions[] = {
     {u"Space", 1, 1, Kind::Text, passNull<blanks>},
     {u"Sqr", 1, 1, Kind::Number, passNull<squareRoot>},
     {u"Str", 1, 1, Kind::Text, passNull<signedText>},
+    {u"StrComp", 2, 3, Kind::Number, passNull<comparedTexts>},
+    {u"String", 2, 2, Kind::Text, passNull<repeatedCharacter>},
     {u"Time", 0, 0, Kind::Date, timeOfDay},
+    {u"TimeSerial", 3, 3, Kind::Date, passNull<timeOfParts>},
     {u"TimeValue", 1, 1, Kind::Date, passNull<timeOnly>},
     {u"Trim", 1, 1, Kind::Text, passNull<trim>},
     {u"UCase", 1, 1, Kind::Text, passNull<upper>},
     {u"Val", 1, 1, Kind::Number, passNull<number>},
-    {u"Weekday", 1, 1, Kind::Number, passNull<weekday>},
+    {u"Weekday", 1, 2, Kind::Number, passNull<weekday>},
     {u"Year", 1, 1, Kind::Number, passNull<datePart<&DateParts::year>>},
 };
 

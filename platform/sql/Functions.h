@@ -8,6 +8,8 @@
 
 namespace vardelin::sql {
 
+using Arguments = std::span<const Value>;
+
 // What the values of an expression are, as far as it can be told before any row is read.
 enum class Kind : std::uint8_t { Any, Null, Number, Date, Text };
 
@@ -17,7 +19,7 @@ struct Function
     std::size_t least, most; // arguments
     Kind result;
     // Throws RunTimeErrors.
-    Value (*call)(std::span<const Value> arguments, const Clock &clock);
+    Value (*call)(Arguments arguments, const Clock &clock);
 };
 
 // Without regard to case, with or without a $ at the end; nullptr if there is none.

@@ -1,6 +1,7 @@
 #include "platform/sql/Lexer.h"
 
 #include "platform/base/Dates.h"
+#include "platform/base/RunTimeError.h"
 
 #include <limits>
 
@@ -140,7 +141,13 @@ void Lexer::readNumber()
         for (m_at += hasSign ? 2 : 1; isDigit(at(m_at));)
             ++m_at;
     }
-    const double number = toDouble(Value(m_text.sliced(start, m_at - start)));
+    double number = 0;
+    try {
+        number = toDouble(Value(m_text.sliced(start, m_at - start)));
+    } catch (const RunTimeError &) { // too big
+        m_token.kind = TokenKind::BadNumber;
+        return;
+    }
     m_token.kind = TokenKind::Literal;
     if (whole && number <= std::numeric_limits<std::int32_t>::max())
         m_token.value = Value(static_cast<std::int32_t>(number));

@@ -5,7 +5,7 @@
 
 namespace vardelin::sql {
 
-enum class TokenKind { End, Name, Bracketed, Literal, Symbol, BadText, BadDate, BadName };
+enum class TokenKind { End, Name, Bracketed, Literal, Symbol, BadText, BadDate, BadNumber, BadName };
 
 struct Token
 {

@@ -30,6 +30,7 @@ private:
     void parseOrderBy();
     void parseEnd();
     bool atEnd() const { return m_lexer.peek().kind == TokenKind::End || m_lexer.peek().is(";"_L1); }
+    bool atName() const { return m_lexer.peek().isName() && !isReserved(m_lexer.peek()); }
     void expectBy(QLatin1StringView clause);
 
     Lexer m_lexer;
@@ -63,7 +64,7 @@ void StatementParser::parseItem()
     Item item;
     item.expression = ExpressionParser(m_lexer, m_select.tree, {","_L1, "as"_L1, "from"_L1}).parse();
     if (m_lexer.accept("as"_L1)) {
-        if (!m_lexer.peek().isName())
+        if (!atName())
             failInSelectList(m_lexer.peek().position);
         item.alias = m_lexer.next().text;
     }
@@ -72,16 +73,16 @@ void StatementParser::parseItem()
 
 void StatementParser::parseFrom()
 {
+    if (!atName())
+        failInClause("FROM"_L1, m_lexer.peek().position);
     const Token name = m_lexer.next();
-    if (!name.isName())
-        failInClause("FROM"_L1, name.position);
     m_select.table = name.text;
     m_select.tablePosition = name.position;
-    if (m_lexer.accept("as"_L1)) {
-        if (!m_lexer.peek().isName())
-            failInClause("FROM"_L1, m_lexer.peek().position);
+    const bool named = m_lexer.accept("as"_L1);
+    if (named && !atName())
+        failInClause("FROM"_L1, m_lexer.peek().position);
+    if (atName()) // "As" may be left out
         m_select.tableAlias = m_lexer.next().text;
-    }
     const Token &next = m_lexer.peek();
     if (!atEnd() && !next.isWord("where"_L1) && !next.isWord("group"_L1) && !next.isWord("having"_L1) &&
         !next.isWord("order"_L1))

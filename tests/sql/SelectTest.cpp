@@ -83,7 +83,10 @@ TEST_F(SelectTest, DepthIsBoundedByMemoryAlone)
     EXPECT_EQ(
         ids(u"SELECT * FROM Logs WHERE "_s + u"IIf(Id = 9, 0, "_s.repeated(depth) + u"Id = 3"_s + close),
         std::vector<std::int32_t>{3});
-    EXPECT_THROW(ids(u"SELECT * FROM Logs WHERE "_s + open + u"Id = 2"_s), Error);
+    for (const QString &broken : {open + u"Id = 2"_s, u"Id = 2"_s + close, u"IIf("_s.repeated(depth),
+                                  u"Id Between "_s.repeated(depth), u"'"_s + QString(depth, u'x'),
+                                  u'[' + QString(depth, u'x'), u'#' + QString(depth, u'1')})
+        EXPECT_THROW(ids(u"SELECT * FROM Logs WHERE "_s + broken), Error) << qPrintable(broken.left(20));
 }
 
 TEST_F(SelectTest, AnIndexGivesWhatAScanGives)
