@@ -11,6 +11,16 @@ using namespace Qt::StringLiterals;
 
 namespace vardelin {
 
+void ReleaseSlider::mousePressEvent(QMouseEvent *event)
+{
+    if (event->button() != Qt::LeftButton)
+        return event->ignore();
+    const QPointF inGroove(event->position().x(), rect().center().y());
+    QMouseEvent press(event->type(), inGroove, event->globalPosition(), event->button(), event->buttons(),
+                      event->modifiers(), event->pointingDevice());
+    QSlider::mousePressEvent(&press);
+}
+
 void ReleaseSlider::mouseReleaseEvent(QMouseEvent *event)
 {
     QSlider::mouseReleaseEvent(event);

@@ -33,6 +33,9 @@ public:
     std::function<void(int direction)> keyMoved; // by the arrow and page keys: 1 up, -1 down
 
 protected:
+    // The left button works above and below the thin groove, too; another one isn't taken, as the wheel
+    // isn't.
+    void mousePressEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override; // not taken: it would leave the slider beside its record

@@ -53,7 +53,11 @@ public:
     {
         m_browser->setOpenExternalLinks(false);
         m_browser->document()->setDocumentMargin(16);
-        QObject::connect(m_browser, &QTextBrowser::sourceChanged, m_browser, [this] { loaded(); });
+        // The browser tells of a new page before its own source() is that page's.
+        QObject::connect(m_browser, &QTextBrowser::sourceChanged, m_browser, [this](const QUrl &address) {
+            m_address = address;
+            loaded();
+        });
     }
     ~TextView() override { delete m_browser; }
 
@@ -74,7 +78,7 @@ public:
     void Stop() override {}
     bool Busy() const override { return false; } // a page stands as soon as it is asked for
     QString LocationName() const override { return m_browser->documentTitle(); }
-    QString LocationURL() const override { return m_browser->source().toString(); }
+    QString LocationURL() const override { return m_address.toString(); }
 
 private:
     void loaded()
@@ -87,6 +91,7 @@ private:
 
     HelpBook m_book;
     QPointer<BookBrowser> m_browser;
+    QUrl m_address;
 };
 
 } // namespace

@@ -3,6 +3,7 @@
     "use strict";
     var field = document.getElementById("words"), list = document.getElementById("hits"), said = document.getElementById("said");
     document.getElementById("search").hidden = false;
+    document.getElementById("asked").textContent = "Words that stand on the page:"; // not asked where no script answers
 
     function escaped(text) {
         return text.replace(/&/g, "&amp;").replace(/</g, "&lt;");

@@ -99,6 +99,13 @@ TEST_F(DisplayWindowTest, NavigatorAndSliderWalkThroughTheRecords)
     releaseSlider(window.get(), 12); // below one record: no move, and the slider drops
     expectAt(8, 0);
 
+    slider(window.get())->setValue(54);
+    const QPoint besideGroove(slider(window.get())->width() - 20, 1);
+    QTest::mouseClick(slider(window.get()), Qt::LeftButton, {}, besideGroove); // five on: 4.72
+    expectAt(5, 62);
+    QTest::mouseClick(slider(window.get()), Qt::MiddleButton, {}, besideGroove);
+    expectAt(5, 62);
+
     releaseSlider(window.get(), 100);
     QTest::keyClick(slider(window.get()), Qt::Key_Left);
     expectAt(7, 88);

@@ -133,12 +133,17 @@ TEST(frmBrowser, showsTheBookAndNoOtherFileOfTheMachine)
         const auto shows = [&](const QString &name) {
             return QTest::qWaitFor([&] { return !view->Busy() && view->LocationName() == name; }, 20000);
         };
+        QString told;
+        view->NavigateComplete = [&] { told = view->LocationURL(); };
         view->Navigate(book.home());
         EXPECT_TRUE(shows(u"First"_s));
+        EXPECT_EQ(told, book.home().toString());
         view->GoSearch();
         EXPECT_TRUE(shows(u"Search"_s));
+        EXPECT_EQ(told, book.search().toString());
         view->GoBack();
         EXPECT_TRUE(shows(u"First"_s));
+        EXPECT_EQ(told, book.home().toString());
         view->GoForward();
         EXPECT_TRUE(shows(u"Search"_s));
         view->Navigate(QUrl::fromLocalFile(folder.filePath(u"secret.html"_s)));
@@ -146,6 +151,7 @@ TEST(frmBrowser, showsTheBookAndNoOtherFileOfTheMachine)
         EXPECT_NE(view->LocationName(), u"Secret"_s);
         view->GoHome();
         EXPECT_TRUE(shows(u"First"_s));
+        view->NavigateComplete = {};
     }
 }
 
