@@ -155,6 +155,28 @@ TEST(frmBrowser, showsTheBookAndNoOtherFileOfTheMachine)
     }
 }
 
+#ifdef VARDELIN_WEB_FOLDER
+TEST(frmBrowser, marksThePagesOfADarkDesktop)
+{
+    const QTemporaryDir folder;
+    write(
+        folder.filePath(u"index.html"_s),
+        "<html><head><script>document.title = document.documentElement.dataset.look</script></head></html>");
+    const HelpBook book{folder.path()};
+    const QPalette before = QApplication::palette();
+    for (const auto &[look, window] :
+         {std::pair(u"dark"_s, QColor(40, 40, 40)), std::pair(u"light"_s, QColor(240, 240, 240))}) {
+        QApplication::setPalette(QPalette(window));
+        const auto view = makeWebView(book, QStringLiteral(VARDELIN_WEB_FOLDER));
+        view->widget()->show();
+        view->Navigate(book.home());
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !view->Busy() && view->LocationName() == look; }, 20000))
+            << qPrintable(view->LocationName());
+    }
+    QApplication::setPalette(before);
+}
+#endif
+
 // Every link, anchor and picture of the book that is put together leads somewhere.
 TEST(HelpBook, hasNoDeadLinks)
 {

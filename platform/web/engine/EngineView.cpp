@@ -88,8 +88,12 @@ QWebEngineScript lookMark()
     script.setName(u"look"_s);
     script.setInjectionPoint(QWebEngineScript::DocumentCreation);
     script.setWorldId(QWebEngineScript::ApplicationWorld);
-    script.setSourceCode(
-        u"document.documentElement.dataset.look = '%1';"_s.arg(dark ? u"dark"_s : u"light"_s));
+    // The script runs before the page has an element, and the mark shall stand before anything is painted.
+    script.setSourceCode(u"new MutationObserver((changes, watch) => {"
+                         "    if (!document.documentElement) return;"
+                         "    watch.disconnect();"
+                         "    document.documentElement.dataset.look = '%1';"
+                         "}).observe(document, {childList: true});"_s.arg(dark ? u"dark"_s : u"light"_s));
     return script;
 }
 
