@@ -44,11 +44,23 @@ function(vardelin_library)
 endfunction()
 
 include(GoogleTest)
+
+# Tests run where the decimal sign is a comma and clocks are put forward: nothing that is stored or printed may
+# depend on it.
+set(test_locale ${CMAKE_BINARY_DIR}/locale/de_DE.UTF-8)
+if(VARDELIN_TESTS AND NOT EXISTS ${test_locale})
+  file(MAKE_DIRECTORY ${CMAKE_BINARY_DIR}/locale)
+  execute_process(COMMAND localedef -i de_DE -f UTF-8 ${test_locale} RESULT_VARIABLE no_locale ERROR_QUIET)
+endif()
+if(EXISTS ${test_locale})
+  set(test_country LOCPATH=${CMAKE_BINARY_DIR}/locale LC_ALL=de_DE.UTF-8)
+elseif(VARDELIN_TESTS)
+  message(STATUS "No German locale could be made (Debian's package locales): the tests run in the C locale alone")
+  set(test_country LC_ALL=C.UTF-8)
+endif()
+
 function(vardelin_test name)
-  cmake_parse_arguments(ARG "QT" "TIMEOUT" "SOURCES;USES" ${ARGN})
-  if(NOT ARG_TIMEOUT)
-    set(ARG_TIMEOUT 60)
-  endif()
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;USES" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_USES} GTest::gtest GTest::gmock vardelin_flags)
   if(ARG_QT)
@@ -56,6 +68,7 @@ function(vardelin_test name)
   else()
     target_link_libraries(${name} PRIVATE test_support)
   endif()
+  # None takes more than some seconds, but for a machine that is busy.
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8;TZ=UTC")
+    PROPERTIES TIMEOUT 300 ENVIRONMENT "QT_QPA_PLATFORM=offscreen;${test_country};TZ=America/New_York")
 endfunction()

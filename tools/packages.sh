@@ -6,7 +6,7 @@ build_packages=(g++ cmake ninja-build qt6-base-dev qt6-webengine-dev libqt6svg6 
 run_packages=(fonts-liberation2 libqt6webenginewidgets6)
 virtual_screen_packages=(xvfb jwm)
 # The judges of the files that the engine writes are other readers of the format: mdbtools, and an npm package.
-test_packages=(libgtest-dev libgmock-dev mdbtools nodejs npm python3 poppler-utils xvfb clang-format)
+test_packages=(libgtest-dev libgmock-dev locales mdbtools nodejs npm python3 poppler-utils xvfb clang-format)
 
 as_root() {
     if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi

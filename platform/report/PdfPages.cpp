@@ -15,10 +15,17 @@ namespace vardelin {
 namespace {
 
 constexpr double kTwipsPerPoint = 20;
-constexpr int kDiskFull = 61;
+constexpr int kInternalError = 51, kDiskFull = 61;
+
 constexpr int kRuleTwips = 10;
 constexpr int kShaped = 2048; // pixels: texts are shaped this large, so that nothing is rounded
 constexpr double kUnbroken = 1e7;
+
+void require(cairo_status_t status)
+{
+    if (status != CAIRO_STATUS_SUCCESS)
+        throw RunTimeError(status == CAIRO_STATUS_WRITE_ERROR ? kDiskFull : kInternalError);
+}
 
 cairo_status_t writeTo(void *device, const unsigned char *bytes, unsigned int length)
 {
@@ -51,9 +58,8 @@ PdfPages::PdfPages(QIODevice &device, const QString &title)
 
 void PdfPages::check() const
 {
-    if (cairo_status(m_context.get()) != CAIRO_STATUS_SUCCESS ||
-        cairo_surface_status(m_surface.get()) != CAIRO_STATUS_SUCCESS)
-        throw RunTimeError(kDiskFull);
+    require(cairo_surface_status(m_surface.get()));
+    require(cairo_status(m_context.get()));
 }
 
 void PdfPages::add(const ReportPage &page)
@@ -78,8 +84,9 @@ void PdfPages::add(const ReportPage &page)
 
 void PdfPages::addBookmark(const QString &title, int page, double top)
 {
-    const QByteArray place =
-        "page=" + QByteArray::number(page) + " pos=[0 " + QByteArray::number(top / kTwipsPerPoint) + "]";
+    // Whole points: cairo reads a fraction with the decimal sign of the user's country.
+    const QByteArray place = "page=" + QByteArray::number(page) + " pos=[0 " +
+                             QByteArray::number(static_cast<int>(top / kTwipsPerPoint)) + "]";
     cairo_pdf_surface_add_outline(m_surface.get(), CAIRO_PDF_OUTLINE_ROOT, utf8Of(title).constData(),
                                   place.constData(), static_cast<cairo_pdf_outline_flags_t>(0));
 }
@@ -88,8 +95,7 @@ void PdfPages::finish()
 {
     m_context.reset();
     cairo_surface_finish(m_surface.get());
-    if (cairo_surface_status(m_surface.get()) != CAIRO_STATUS_SUCCESS)
-        throw RunTimeError(kDiskFull);
+    require(cairo_surface_status(m_surface.get()));
 }
 
 PdfFace &PdfPages::face(const ReportFont &font)
