@@ -55,14 +55,25 @@ void Selection::erase(std::size_t row)
     m_places.erase(m_places.begin() + static_cast<std::ptrdiff_t>(row));
 }
 
+// A filter leaves one row of many thousand, and a transfer sets one for each row: only its own rows are
+// sorted.
 void Selection::keepOnly(const std::vector<RowPlace> &places)
 {
-    std::vector<jet::RowId> sorted;
-    for (const RowPlace &place : places)
-        sorted.push_back(place.row);
-    std::ranges::sort(sorted);
-    std::erase_if(m_places,
-                  [&](const RowPlace &place) { return !std::ranges::binary_search(sorted, place.row); });
+    if (m_places.empty())
+        return;
+    std::vector<jet::RowId> own;
+    for (const RowPlace &place : m_places)
+        own.push_back(place.row);
+    std::ranges::sort(own);
+    std::vector<bool> kept(own.size());
+    for (const RowPlace &place : places) {
+        const auto at = std::ranges::lower_bound(own, place.row);
+        if (at != own.end() && *at == place.row)
+            kept[static_cast<std::size_t>(at - own.begin())] = true;
+    }
+    std::erase_if(m_places, [&](const RowPlace &place) {
+        return !kept[static_cast<std::size_t>(std::ranges::lower_bound(own, place.row) - own.begin())];
+    });
 }
 
 } // namespace vardelin::data
