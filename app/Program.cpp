@@ -3,26 +3,12 @@
 #include "platform/system/AppPath.h"
 #include "platform/ui/Fonts.h"
 #include "platform/ui/Icons.h"
+#include "platform/ui/Look.h"
 #include "shell/Wiring.h"
-
-#include <QStyle>
 
 using namespace Qt::StringLiterals;
 
 namespace vardelin {
-
-namespace {
-
-void setLook()
-{
-    // Without a desktop's theme Qt falls back to a style of the nineties.
-    if (QApplication::style()->name() == "windows"_L1)
-        QApplication::setStyle(u"fusion"_s);
-    QApplication::setWindowIcon(programIcon());
-    installFontSubstitutions();
-}
-
-} // namespace
 
 Application::Application(int &argc, char **argv) : QApplication(argc, argv)
 {
@@ -30,6 +16,8 @@ Application::Application(int &argc, char **argv) : QApplication(argc, argv)
     setApplicationDisplayName(QString()); // captions stay as they are given
     setDesktopFileName(u"vardelin"_s);
     setLook();
+    setWindowIcon(programIcon());
+    installFontSubstitutions();
 }
 
 bool Application::notify(QObject *receiver, QEvent *event)

@@ -1,4 +1,5 @@
 #include "platform/ui/MenuTable.h"
+#include "platform/ui/Look.h"
 #include "tests/support/FakeErrorFrame.h"
 #include "tests/support/ScriptedDialogs.h"
 
@@ -128,6 +129,20 @@ TEST_F(MenuTableTest, keysOfABarThatDoesNotStandAreDead)
     m_window.menuBar()->addActions(actions);
     QTest::keyClick(m_list, Qt::Key_F3);
     EXPECT_EQ(m_called, QStringList{u"search"_s});
+}
+
+TEST_F(MenuTableTest, aCommandOnTheBarIsSeenWhenTheArrowKeysReachIt)
+{
+    setLook();
+    QMenuBar *bar = m_window.menuBar();
+    auto *search = m_window.findChild<QAction *>(u"mnuSearch"_s);
+    const auto ground = [&] {
+        return bar->grab().toImage().pixelColor(bar->actionGeometry(search).topLeft() + QPoint(3, 3));
+    };
+    const QColor before = ground();
+    bar->setFocus();
+    bar->setActiveAction(search);
+    EXPECT_NE(ground(), before);
 }
 
 } // namespace
