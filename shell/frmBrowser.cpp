@@ -39,7 +39,7 @@ frmBrowser::frmBrowser(ErrorFrame &errors, std::unique_ptr<WebView> view, const 
     m_view->DownloadComplete = [this] { brwWebBrowser_DownloadComplete(); };
     m_view->NavigateComplete = [this] { brwWebBrowser_NavigateComplete(); };
     connect(cboAddress, &QComboBox::activated, this, &frmBrowser::cboAddress_Click);
-    cboAddress->lineEdit()->installEventFilter(this);
+    cboAddress->installEventFilter(this); // it has the focus in place of its line
     Load();
 }
 

@@ -93,7 +93,7 @@ TEST(frmBrowser, followsItsPageWithCaptionAndAddresses)
                                        u"Stop"_s}));
     view.calls.clear();
     addresses->lineEdit()->setText(u"example.org"_s);
-    QTest::keyClick(addresses->lineEdit(), Qt::Key_Return);
+    QTest::keyClick(addresses, Qt::Key_Return); // which has the focus for its line
     EXPECT_EQ(view.calls, QStringList{u"Navigate http://example.org"_s});
     form->close();
     EXPECT_TRUE(QTest::qWaitFor([&] { return !alive; })) << "a closed window is gone";
