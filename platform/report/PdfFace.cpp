@@ -2,8 +2,8 @@
 
 #include "platform/base/RunTimeError.h"
 
-#include <algorithm>
 #include <cairo-ft.h>
+#include <cmath>
 #include <fontconfig/fontconfig.h>
 
 namespace vardelin {
@@ -19,16 +19,29 @@ const FcChar8 *words(const QByteArray &utf8)
     return reinterpret_cast<const FcChar8 *>(utf8.constData());
 }
 
-// Whether both number their glyphs alike: a face may be installed in files of several formats.
+constexpr double kSameWidth = 0.01; // of the em
+
+QRawFont asDesigned(QRawFont face)
+{
+    face.setPixelSize(face.unitsPerEm());
+    return face;
+}
+
+// Whether both number their glyphs alike and make them as wide: a face may be installed in files of several
+// formats, and a condensed one bears the names of the normal one.
 bool agree(cairo_font_face_t *drawn, const QRawFont &face)
 {
     constexpr char kSample[] = "Hamburgefonstiv 0123456789 \xC3\xA9\xC3\xB1";
-    cairo_matrix_t unit;
+    const double em = face.pixelSize();
+    cairo_matrix_t unit, size;
     cairo_matrix_init_identity(&unit);
+    cairo_matrix_init_scale(&size, em, em);
     const std::unique_ptr<cairo_font_options_t, Freed<cairo_font_options_destroy>> options(
         cairo_font_options_create());
+    cairo_font_options_set_hint_style(options.get(), CAIRO_HINT_STYLE_NONE);
+    cairo_font_options_set_hint_metrics(options.get(), CAIRO_HINT_METRICS_OFF);
     const std::unique_ptr<cairo_scaled_font_t, Freed<cairo_scaled_font_destroy>> font(
-        cairo_scaled_font_create(drawn, &unit, &unit, options.get()));
+        cairo_scaled_font_create(drawn, &size, &unit, options.get()));
     cairo_glyph_t *glyphs = nullptr;
     int count = 0;
     if (cairo_scaled_font_text_to_glyphs(font.get(), 0, 0, kSample, -1, &glyphs, &count, nullptr, nullptr,
@@ -36,8 +49,16 @@ bool agree(cairo_font_face_t *drawn, const QRawFont &face)
         return false;
     const std::unique_ptr<cairo_glyph_t, Freed<cairo_glyph_free>> owned(glyphs);
     const QList<quint32> wanted = face.glyphIndexesForString(QString::fromUtf8(kSample));
-    return std::equal(wanted.begin(), wanted.end(), glyphs, glyphs + count,
-                      [](quint32 index, const cairo_glyph_t &glyph) { return index == glyph.index; });
+    const QList<QPointF> advances = face.advancesForGlyphIndexes(wanted);
+    if (wanted.size() != count || advances.size() != count)
+        return false;
+    double pen = 0;
+    for (int i = 0; i < count; ++i) {
+        if (glyphs[i].index != wanted[i] || std::abs(glyphs[i].x - pen) > kSameWidth * em)
+            return false;
+        pen += advances[i].x();
+    }
+    return true;
 }
 
 // The file among those that bear the names which Qt has from fontconfig too; null if there is none.
@@ -63,9 +84,9 @@ FontFace drawnFace(const QRawFont &face)
 } // namespace
 
 PdfFace::PdfFace(const QRawFont &face, bool bold)
-    : m_face(face), m_bold(bold), m_drawn(drawnFace(face)), m_glyphs(kFirstShaped), m_known(kFirstShaped)
+    : m_face(asDesigned(face)), m_bold(bold), m_drawn(drawnFace(m_face)), m_glyphs(kFirstShaped),
+      m_known(kFirstShaped)
 {
-    m_face.setPixelSize(m_face.unitsPerEm());
     if (!m_drawn)
         throw RunTimeError(kPrintingFailed);
     if (bold && face.weight() < QFont::DemiBold)
