@@ -52,8 +52,7 @@ double firstPage(Global &global)
     ado::Recordset records;
     records.Open(activeClientsStatement(), connection);
     DataReport report(dataReport2Design());
-    report.setDataSource(&records);
-    report.Refresh();
+    report.bindTo(records);
     ReportWindow window(report, global.services.dialogs, global.services.errors);
     PaintWatch watch({[&](QWidget *painted) {
         return painted == window.findChild<ReportView *>(u"Pages"_s)->viewport();

@@ -82,8 +82,7 @@ int makeReport(int argc, char **argv)
     const std::int64_t start = nanosecondsNow();
     Logs logs(argv[2]);
     DataReport report(dataReport1Design());
-    report.setDataSource(&logs.rows);
-    report.Refresh();
+    report.bindTo(logs.rows);
     showFirstPage(report, dialogs, errors);
     tell("first_page", secondsSince(start));
     const FaceMeasurer measurer;
@@ -141,8 +140,7 @@ int makeInvoice(int argc, char **argv)
     Logs logs(argv[2], invoiceStatement());
     DataReport report =
         letterReport(Letter::Invoice, u"Archer & Archer\r\n12 Court Square"_s, texts, program.global);
-    report.setDataSource(&logs.rows);
-    report.Refresh();
+    report.bindTo(logs.rows);
     showFirstPage(report, program.dialogs, program.errors);
     tell("first_page", secondsSince(start));
     tell("logs", logs.rows.RecordCount());

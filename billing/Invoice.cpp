@@ -70,7 +70,8 @@ void run(Global &global)
     logs.CursorType = 3;
     logs.Open(global.CurrentSQL, connection);
     DataReport report = letterReport(Letter::Invoice, global.LetterheadText, texts, global);
-    showBound(report, logs, global);
+    report.bindTo(logs);
+    global.openers.showReport(report);
 }
 
 } // namespace

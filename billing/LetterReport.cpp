@@ -219,13 +219,4 @@ DataReport letterReport(Letter kind, const QString &letterhead, const LetterText
     return report;
 }
 
-void showBound(DataReport &report, const ado::Recordset &records, const Global &global)
-{
-    report.setDataSource(nullptr);
-    report.DataMember.clear();
-    report.setDataSource(&records);
-    report.Refresh();
-    global.openers.showReport(report);
-}
-
 } // namespace vardelin

@@ -21,7 +21,4 @@ LetterTexts readLetterTexts(Letter kind, dao::Database &database, Global &global
 DataReport letterReport(Letter kind, const QString &letterhead, const LetterTexts &texts,
                         const Global &global);
 
-// Binds the report to the records, shows it, and returns when it is closed.
-void showBound(DataReport &report, const ado::Recordset &records, const Global &global);
-
 } // namespace vardelin

@@ -75,7 +75,8 @@ void makeStatement(Global &global, Ledger ledger, QWidget *parent)
     rows.CursorType = 3;
     rows.Open(global.CurrentSQL, connection);
     DataReport report = letterReport(kind, global.LetterheadText, texts, global);
-    showBound(report, rows, global);
+    report.bindTo(rows);
+    global.openers.showReport(report);
 }
 
 } // namespace vardelin

@@ -290,15 +290,16 @@ void frmPaymentsDisbursements::bindFields()
         Walk &walk = this->walk(ledger);
         const bool disbursements = ledger == Ledger::Disbursements;
         const QString prefix = disbursements ? u"Disbursement "_s : u"Payment "_s;
-        for (const auto &[what, box] : {std::pair{u"Client First Name"_s, walk.firstName},
-                                        std::pair{u"Client Last Name"_s, walk.lastName}}) {
-            walk.control.bind({prefix + what,
+        const auto bindName = [this, ledger, &walk](const QString &column, QLineEdit *box) {
+            walk.control.bind({column,
                                [this, ledger, box](const QString &text) {
                                    box->setText(text);
                                    showClient(ledger);
                                },
                                {}});
-        }
+        };
+        bindName(prefix + u"Client First Name"_s, walk.firstName);
+        bindName(prefix + u"Client Last Name"_s, walk.lastName);
         walk.control.setColumnReader(prefix + u"Amount"_s, money);
         walk.control.bind(shown(prefix + u"Amount"_s, disbursements ? Text2_3 : Text4_2));
         walk.control.bind((disbursements ? DTPicker2 : DTPicker4)->boundTo(prefix + u"Date"_s));

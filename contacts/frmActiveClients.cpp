@@ -140,10 +140,7 @@ void frmActiveClients::mnuReport_Click()
     records.CursorType = 3;
     records.Open(m_global.CurrentSQL, connection);
     DataReport report(dataReport2Design());
-    report.setDataSource(nullptr);
-    report.DataMember.clear();
-    report.setDataSource(&records);
-    report.Refresh();
+    report.bindTo(records);
     m_global.openers.showReport(report);
     m_global.CurrentSQL = kept;
 }

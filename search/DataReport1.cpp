@@ -67,12 +67,8 @@ void showLogReport(Global &global, const ado::Recordset &logs, const QString &ti
     DataReport report(dataReport1Design());
     if (!title.isEmpty())
         report.Sections(u"Section4"_s).Controls(u"Label1"_s).Caption = title;
-    report.setDataSource(nullptr);
-    report.DataMember.clear();
-    report.setDataSource(&logs);
-    report.Refresh();
+    report.bindTo(logs);
     global.openers.showReport(report);
-    report.setDataSource(nullptr);
 }
 
 } // namespace vardelin

@@ -100,7 +100,7 @@ QString reportStatement(int searchType, const QString &value)
 
 QString reportEnding(int timeFrame, const Value &start, const Value &end)
 {
-    const QString order = u"ORDER BY [Beginning Time]"_s;
+    QString order = u"ORDER BY [Beginning Time]"_s;
     if (timeFrame == TimeFrame::All)
         return order;
     return hasRange(timeFrame) && timeFrame != TimeFrame::AsItStands ? rangeText(start, end) + order

@@ -14,25 +14,16 @@ namespace vardelin {
 
 namespace {
 
-EntryWindow *makeEntryWindow(Global &global, frmMain &parent, int index)
+// Makes the window of a slot, with the number that tells it from the others of its kind.
+template <class Form, class Window>
+Window *fillSlot(Global &global, frmMain &parent, QPointer<Window> &slot, int index, const QString &caption,
+                 QString &currentTag)
 {
-    auto *window = new frmEntryWithFrames(global);
-    global.EntryWindows[static_cast<std::size_t>(index)] = window;
+    auto *window = new Form(global);
+    slot = window;
     window->Tag = QString::number(index + 1);
-    global.CurrentEntryTag = window->Tag;
-    window->setCaption(u"Data entry form "_s + window->Tag);
-    window->setFile(global.DatabaseFileName);
-    parent.addChild(window);
-    return window;
-}
-
-DisplayWindow *makeDisplayWindow(Global &global, frmMain &parent, int index)
-{
-    auto *window = new frmDisplay(global);
-    global.DisplayWindows[static_cast<std::size_t>(index)] = window;
-    window->Tag = QString::number(index + 1);
-    global.CurrentDisplayTag = window->Tag;
-    window->setCaption(u"Display form "_s + window->Tag);
+    currentTag = window->Tag;
+    window->setCaption(caption + window->Tag);
     window->setFile(global.DatabaseFileName);
     parent.addChild(window);
     return window;
@@ -44,28 +35,30 @@ EntryWindow *NewEntryWindow(Global &global, frmMain &parent)
 {
     global.EntryWindows.emplace_back();
     global.EntryWindowIndex = static_cast<int>(global.EntryWindows.size()) - 1;
-    return makeEntryWindow(global, parent, global.EntryWindowIndex);
+    return entryWindowAt(global, parent, global.EntryWindowIndex);
 }
 
 DisplayWindow *NewDisplayWindow(Global &global, frmMain &parent)
 {
     global.DisplayWindows.emplace_back();
     global.DisplayWindowIndex = static_cast<int>(global.DisplayWindows.size()) - 1;
-    return makeDisplayWindow(global, parent, global.DisplayWindowIndex);
+    return displayWindowAt(global, parent, global.DisplayWindowIndex);
 }
 
 EntryWindow *entryWindowAt(Global &global, frmMain &parent, int index)
 {
-    if (EntryWindow *open = global.EntryWindows.at(static_cast<std::size_t>(index)))
-        return open;
-    return makeEntryWindow(global, parent, index);
+    QPointer<EntryWindow> &slot = global.EntryWindows.at(static_cast<std::size_t>(index));
+    return slot ? slot.get()
+                : fillSlot<frmEntryWithFrames>(global, parent, slot, index, u"Data entry form "_s,
+                                               global.CurrentEntryTag);
 }
 
 DisplayWindow *displayWindowAt(Global &global, frmMain &parent, int index)
 {
-    if (DisplayWindow *open = global.DisplayWindows.at(static_cast<std::size_t>(index)))
-        return open;
-    return makeDisplayWindow(global, parent, index);
+    QPointer<DisplayWindow> &slot = global.DisplayWindows.at(static_cast<std::size_t>(index));
+    return slot ? slot.get()
+                : fillSlot<frmDisplay>(global, parent, slot, index, u"Display form "_s,
+                                       global.CurrentDisplayTag);
 }
 
 void arrangeTiled(frmMain &parent, Tile direction)

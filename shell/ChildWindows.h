@@ -16,7 +16,6 @@ DisplayWindow *NewDisplayWindow(Global &global, frmMain &parent);
 
 // The window of a slot, made again if it was closed.
 EntryWindow *entryWindowAt(Global &global, frmMain &parent, int index);
-
 DisplayWindow *displayWindowAt(Global &global, frmMain &parent, int index);
 
 void arrangeTiled(frmMain &parent, Tile direction);

@@ -1,5 +1,6 @@
 #include "platform/jet/Journal.h"
 
+#include "platform/jet/Bytes.h"
 #include "platform/jet/Error.h"
 
 #include <algorithm>
@@ -23,20 +24,6 @@ constexpr std::size_t kSectors = kPageSize / kSector;
 constexpr std::size_t kImageAt = 8 + 8 * kSectors;
 constexpr std::size_t kChunk = std::size_t{1} << 20; // bytes gathered for one write
 
-template <class Number>
-Number get(const std::byte *from)
-{
-    Number value;
-    std::memcpy(&value, from, sizeof value);
-    return value;
-}
-
-template <class Number>
-void put(std::byte *to, Number value)
-{
-    std::memcpy(to, &value, sizeof value);
-}
-
 // A checksum that mixes eight bytes at a time. Against tears and chance, not against malice.
 class Sum
 {
@@ -44,7 +31,7 @@ public:
     Sum(std::uint64_t seed, std::size_t bytes) : m_sum((seed ^ bytes) * kOdd) {}
     void add(const std::byte *eight)
     {
-        m_sum = (m_sum ^ get<std::uint64_t>(eight)) * kOdd;
+        m_sum = (m_sum ^ load<std::uint64_t>(eight)) * kOdd;
         m_sum ^= m_sum >> 29;
     }
     std::uint64_t result() const
@@ -77,7 +64,7 @@ void putSectorSums(std::byte *to, std::uint64_t salt, const std::byte *page)
             sums[i].add(page + i * kSector + at);
     }
     for (std::size_t i = 0; i < kSectors; ++i)
-        put(to + 8 * i, sums[i].result());
+        store(to + 8 * i, sums[i].result());
 }
 
 std::uint64_t randomSalt()
@@ -90,14 +77,14 @@ Bytes headerBytes(const JournalHeader &header)
 {
     Bytes bytes(kHeaderSize);
     std::memcpy(bytes.data(), kMagic.data(), kMagic.size());
-    put(&bytes[16], kVersion);
-    put(&bytes[20], static_cast<std::uint32_t>(kPageSize));
-    put(&bytes[24], header.salt);
-    put(&bytes[32], header.pagesBefore);
-    put(&bytes[36], header.pagesAfter);
-    put(&bytes[40], header.records);
-    put(&bytes[48], header.firstPage);
-    put(&bytes[kHeaderSummed], checksum(header.salt, bytes.data(), kHeaderSummed));
+    store(&bytes[16], kVersion);
+    store(&bytes[20], static_cast<std::uint32_t>(kPageSize));
+    store(&bytes[24], header.salt);
+    store(&bytes[32], header.pagesBefore);
+    store(&bytes[36], header.pagesAfter);
+    store(&bytes[40], header.records);
+    store(&bytes[48], header.firstPage);
+    store(&bytes[kHeaderSummed], checksum(header.salt, bytes.data(), kHeaderSummed));
     return bytes;
 }
 
@@ -107,12 +94,12 @@ void appendRecord(Bytes &out, const PageChange &change, std::uint64_t salt)
     const std::size_t summed = kImageAt + (change.before != nullptr ? kPageSize : 0);
     out.resize(start + summed + 8);
     std::byte *record = &out[start];
-    put(record, change.page);
-    put(record + 4, std::uint32_t{change.before != nullptr});
+    store(record, change.page);
+    store(record + 4, std::uint32_t{change.before != nullptr});
     putSectorSums(record + 8, salt, change.after);
     if (change.before != nullptr)
         std::memcpy(record + kImageAt, change.before, kPageSize);
-    put(record + summed, checksum(salt, record, summed));
+    store(record + summed, checksum(salt, record, summed));
 }
 
 // Gathers what goes one behind the other into writes of a decent size.
@@ -151,13 +138,13 @@ HeaderState readHeader(DiskFile &journal, JournalHeader &header)
         return HeaderState::Torn;
     if (std::memcmp(bytes.data(), kMagic.data(), std::min(there, kMagic.size())) != 0)
         return HeaderState::NotOurs;
-    header = {get<std::uint64_t>(&bytes[24]), get<PageNo>(&bytes[32]), get<PageNo>(&bytes[36]),
-              get<std::uint32_t>(&bytes[40]), get<std::uint64_t>(&bytes[48])};
+    header = {load<std::uint64_t>(&bytes[24]), load<PageNo>(&bytes[32]), load<PageNo>(&bytes[36]),
+              load<std::uint32_t>(&bytes[40]), load<std::uint64_t>(&bytes[48])};
     if (there < kHeaderSize ||
-        get<std::uint64_t>(&bytes[kHeaderSummed]) != checksum(header.salt, bytes.data(), kHeaderSummed))
+        load<std::uint64_t>(&bytes[kHeaderSummed]) != checksum(header.salt, bytes.data(), kHeaderSummed))
         return HeaderState::Torn;
     const bool known =
-        get<std::uint32_t>(&bytes[16]) == kVersion && get<std::uint32_t>(&bytes[20]) == kPageSize;
+        load<std::uint32_t>(&bytes[16]) == kVersion && load<std::uint32_t>(&bytes[20]) == kPageSize;
     const bool sensible =
         header.pagesBefore > 0 && header.pagesAfter >= header.pagesBefore && header.pagesAfter <= kMaxPages;
     return known && sensible ? HeaderState::Whole : HeaderState::NotOurs;
@@ -177,24 +164,24 @@ public:
         if (m_size - m_offset < kImageAt + 8)
             return false;
         m_journal.read(m_offset, std::span(m_bytes).first(kImageAt));
-        const std::uint32_t kind = get<std::uint32_t>(&m_bytes[4]);
+        const std::uint32_t kind = load<std::uint32_t>(&m_bytes[4]);
         const std::size_t summed = kImageAt + (kind == 1 ? kPageSize : 0);
         if (kind > 1 || m_size - m_offset < summed + 8)
             return false;
         m_journal.read(m_offset + kImageAt, std::span(m_bytes).subspan(kImageAt, summed + 8 - kImageAt));
-        if (get<std::uint64_t>(&m_bytes[summed]) != checksum(m_header.salt, m_bytes.data(), summed))
+        if (load<std::uint64_t>(&m_bytes[summed]) != checksum(m_header.salt, m_bytes.data(), summed))
             return false;
         m_offset += summed + 8;
         return page() < m_header.pagesAfter && (kind == 1) == (page() < m_header.pagesBefore);
     }
 
     bool atEnd() const { return m_offset == m_size; }
-    PageNo page() const { return get<PageNo>(&m_bytes[0]); }
+    PageNo page() const { return load<PageNo>(&m_bytes[0]); }
     const std::byte *image() const
     {
-        return get<std::uint32_t>(&m_bytes[4]) == 1 ? &m_bytes[kImageAt] : nullptr;
+        return load<std::uint32_t>(&m_bytes[4]) == 1 ? &m_bytes[kImageAt] : nullptr;
     }
-    std::uint64_t newSector(std::size_t i) const { return get<std::uint64_t>(&m_bytes[8 + 8 * i]); }
+    std::uint64_t newSector(std::size_t i) const { return load<std::uint64_t>(&m_bytes[8 + 8 * i]); }
 
 private:
     DiskFile &m_journal;

@@ -83,11 +83,6 @@ void Printer::SetFontSize(double points)
     m_font.setPixelSize(int(std::lround(m_points * kTwipsPerPoint)));
 }
 
-void Printer::SetFontBold(bool bold)
-{
-    m_font.setBold(bold);
-}
-
 double Printer::TextWidth(const QString &text) const
 {
     const QFontMetricsF metrics(m_font);

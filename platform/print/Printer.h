@@ -42,10 +42,8 @@ public:
     static constexpr double kSmallestFontSize = 1;
     QString FontName() const { return m_font.family(); }
     double FontSize() const { return m_points; }
-    bool FontBold() const { return m_font.bold(); }
     void SetFontName(const QString &name);
     void SetFontSize(double points);
-    void SetFontBold(bool bold);
 
     // In the current font. A text of several lines is as wide as the widest and as high as all; an empty one
     // is as high as a line.

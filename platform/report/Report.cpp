@@ -30,4 +30,10 @@ void DataReport::Refresh() const
                 throw RunTimeError(3265, QStringLiteral("Item not found in this collection."));
 }
 
+void DataReport::bindTo(const ado::Recordset &records)
+{
+    setDataSource(&records);
+    Refresh();
+}
+
 } // namespace vardelin

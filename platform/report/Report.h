@@ -5,10 +5,7 @@
 //     DataReport report(dataReport1Design());
 //     report.Sections(u"Section4"_s).Controls(u"Label1"_s).Caption = u"No records"_s;
 //     report.Sections(u"Section1"_s).setFont(u"Times New Roman"_s, 12);
-//     report.setDataSource(nullptr);
-//     report.DataMember.clear();
-//     report.setDataSource(&records);
-//     report.Refresh();
+//     report.bindTo(records);
 //     global.openers.showReport(report); // ReportWindow.h: modal; returns when the window is closed
 //
 // What was changed stays in the object as long as it lives. Tests put a function of their own in place of
@@ -34,10 +31,10 @@ public:
     // Any record set over a table or a statement; null: none, and the report is without records. It must
     // outlive the binding, and stay open while the report is shown; its position is neither used nor moved.
     void setDataSource(const ado::Recordset *source);
-    QString DataMember; // nothing comes of it
     // Looks at the source: RunTimeError 3265 for a column of the design that it doesn't have, 3704 if it
     // isn't open.
     void Refresh() const;
+    void bindTo(const ado::Recordset &records); // source and refresh in one
     const ReportRecords &records() const { return *m_records; }
 
 private:

@@ -343,13 +343,6 @@ ReportPage ReportPages::page(int number)
     return make(at, number);
 }
 
-int ReportPages::firstRecordOf(int number)
-{
-    while (found() < number && findNext())
-        ;
-    return m_starts.at(static_cast<std::size_t>(number - 1)).record;
-}
-
 std::vector<ReportPage> layoutReport(const ReportDesign &design, const ReportRecords &records,
                                      const TextMeasurer &measurer, const Paper &paper)
 {

@@ -47,7 +47,6 @@ public:
     // Page by number from 1; RunTimeError 9 beyond the last. The count that "%P" stands for is "…" as long as
     // it isn't known.
     ReportPage page(int number);
-    int firstRecordOf(int number); // the record that begins or goes on first on the page, from 0
 
 private:
     enum class Stage { ReportHeader, Records, ReportFooter, End };

@@ -59,9 +59,8 @@ ReportView::Sheet &ReportView::sheet(int number)
     made->rows = rowsOf(made->page);
     for (const PageRow &row : made->rows)
         made->lines.insert(made->lines.end(), row.items.begin(), row.items.end());
-    Sheet &result = *made;
     m_sheets.insert(number, made.release());
-    return result;
+    return *m_sheets.object(number);
 }
 
 // ---- places

@@ -234,8 +234,7 @@ TEST_F(LayoutTest, ReadsARecordSetWithoutMovingIt)
             .replace(u"Hours"_s, u"Duration"_s);
     design.Sections(u"Section5"_s).Controls(u"Function1"_s).DataField = u"Duration"_s;
     DataReport report(design);
-    report.setDataSource(&rows);
-    report.Refresh();
+    report.bindTo(rows);
     EXPECT_EQ(textOf(report),
               u"Notes\nName\nCole\tnote of Cole\n0.5\nBaker\tnote of Baker\n0.5\nAble\tnote of Able\n"
               "0.5\n1.5 hours\nPage 1 of 1\n\f"_s);
