@@ -139,8 +139,8 @@ private:
     QToolBar *Toolbar1;
     QLabel *Label1, *Label2, *SQLWhere;
     QProgressBar *m_progress = nullptr;
-    QString m_text; // Vardelin and VardeGraphic of the record as stored: what the boxes give back unless they
-                    // were edited
+    // Vardelin and VardeGraphic of the record as stored: what the boxes give back unless they were edited.
+    QString m_text;
     QString m_graphic;
     bool m_graphicShown = false; // rich text is made only while it can be seen
 };

@@ -26,8 +26,7 @@ QString logSummary(const QString &typed, const QString &notes);
 
 // Duration of a piece of work, as the text for the column Duration.
 //   returns  hours, mask "##.0": one decimal, no zero ahead of the point (".4"), halves away from zero. An
-//   end before
-//            the beginning gives a negative text.
+//            end before the beginning gives a negative text.
 // The 0.05 added ahead of rounding is the billing rule: no time at all still gives ".1". The difference in
 // days passes through its 15-digit text on the way, and that loss belongs to the result.
 QString durationText(DateSerial begin, DateSerial end);

@@ -127,8 +127,8 @@ public:
     // kept where the engine refuses: 3421, 3163, 3022, 3058, 3167 ... and 3251 for rows that are computed.
     void Update();
     void CancelUpdate(); // after AddNew the row that was current before is so again
-    void Delete(); // the current row goes; the place stays, before the next row, until a move. A new row is
-                   // just given up
+    // The current row goes; the place stays, before the next row, until a move. A new row is just given up.
+    void Delete();
 
 private:
     struct State;

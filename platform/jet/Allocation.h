@@ -3,11 +3,10 @@
 //
 // Invariants:
 //   1. The bits have the opposite sense of all other maps: 1 = free. Bits of pages behind the end of the file
-//   are 1.
+//      are 1.
 //   2. A page of the file that the map doesn't reach counts as in use, so that no page is given out twice.
-//   3. The map reaches every page: its row grows by 32 bytes (256 pages) at a time as long as page 1 has
-//   room, then it turns
-//      into a map by reference, whose new bit map pages are filled with 0xFF.
+//   3. The map reaches every page: its row grows by 32 bytes (256 pages) at a time as long as page 1 has room,
+//      then it turns into a map by reference, whose new bit map pages are filled with 0xFF.
 //   4. Row 1 of page 1 is a second map that nothing uses; it is kept, and only moves as row 0 grows.
 
 #include "platform/jet/UsageMap.h"

@@ -2,11 +2,10 @@
 // The catalog: MSysObjects (page 2), one row an object, and MSysACEs (page 3), the rights, one row an object
 // and account.
 //
-// MSysObjects: Id (tables: page of the definition), ParentId, Name, Type (1 table, 2 database, 3 container, 5
-// query, ...),
-//   DateCreate, DateUpdate, Owner (security id), Flags (0x80000000 or 0x2: system object), ..., LvProp
-//   (property blob).
-// MSysACEs: ObjectId, SID, ACM, FInheritable.
+//   MSysObjects  Id (tables: page of the definition), ParentId, Name, Type (1 table, 2 database, 3 container,
+//                5 query, ...), DateCreate, DateUpdate, Owner (security id), Flags (0x80000000 or 0x2: system
+//                object), ..., LvProp (property blob)
+//   MSysACEs     ObjectId, SID, ACM, FInheritable
 //
 // Security ids are two bytes XORed with a mask of the file: Engine 02 03, Creator 02 04, Users 02 01, Admin
 // 03 01. The mask is the owner of the row MSysObjects XOR 02 03.

@@ -5,14 +5,14 @@
 //   0       u8        1
 //   1       u8        1
 //   2       u16       free space: bytes between the end of the slots and the lowest row
-//   4       u32       owner: definition page of the table; "LVAL" for long values; 0 for usage maps (1 on
-//   page 1) 8       u32       0; on the first page of a chained long value its stamp 12      u16       number
-//   of slots, at most 255: a row number is one byte 14      u16 each  slots: offset of the row in the low 13
-//   bits, flags above
+//   4       u32       owner: definition page of the table; "LVAL" for long values; 0 for usage maps (1 on page 1)
+//   8       u32       0; on the first page of a chained long value its stamp
+//   12      u16       number of slots, at most 255: a row number is one byte
+//   14      u16 each  slots: offset of the row in the low 13 bits, flags above
 //
 // Invariants:
 //   1. Rows fill the page from its end downward in order of slots; row i ends where row i-1 begins, row 0 at
-//   4096.
+//      4096.
 //   2. Free space is exact to the byte, since other programs put rows by it.
 //   3. A slot is never used again and never goes while its page is in use; a deleted one has length 0.
 

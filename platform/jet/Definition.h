@@ -19,29 +19,25 @@
 //   55  u32  row pointer of the owned-pages map
 //   59  u32  row pointer of the free-space map
 //   63       12 bytes a physical index: u32 rows when built, u32 distinct keys, u32 0
-// then: column descriptors, column names, physical indexes, logical indexes, names of these, long value maps
-// (u16 column number, u32 owned pages, u32 free space), u16 0xFFFF. A name is a u16 length in bytes and
-// UTF-16LE.
+//   then     column descriptors, column names, physical indexes, logical indexes, names of these, long value
+//            maps (u16 column number, u32 owned pages, u32 free space), u16 0xFFFF
+// A name is a u16 length in bytes and UTF-16LE.
 //
-// Column descriptor (25): 0 u8 type, 1 u32 0x659, 5 u16 number, 7 u16 variable index, 9 u16 ordinal, 11 u16
-// locale (Decimal: u8
-//   precision, u8 scale), 13 u16 order version in the high byte, 15 u8 flags, 16 u8 compress, 17 u32 0, 21
-//   u16 fixed offset, 23 u16 length.
-// Physical index (52): 0 u32 0x783, 4 ten times u16 column number and u8 ascending (unused: FF FF 00), 34 u32
-// usage map,
-//   38 u32 root page, 46 u8 flags.
-// Logical index (28): 0 u32 0x659, 4 u32 number, 8 u32 physical index, 12 u8 foreign key side, 13 u32 index
-// of the other table
-//   or 0xFFFFFFFF, 17 u32 other table, 21 u8 and 22 u8 cascades (4 where there is no foreign key), 23 u8
-//   kind, 24 u32 0.
+//   Column descriptor (25): 0 u8 type, 1 u32 0x659, 5 u16 number, 7 u16 variable index, 9 u16 ordinal,
+//     11 u16 locale (Decimal: u8 precision, u8 scale), 13 u16 order version in the high byte, 15 u8 flags,
+//     16 u8 compress, 17 u32 0, 21 u16 fixed offset, 23 u16 length
+//   Physical index (52): 0 u32 0x783, 4 ten times u16 column number and u8 ascending (unused: FF FF 00),
+//     34 u32 usage map, 38 u32 root page, 46 u8 flags
+//   Logical index (28): 0 u32 0x659, 4 u32 number, 8 u32 physical index, 12 u8 foreign key side, 13 u32 index
+//     of the other table or 0xFFFFFFFF, 17 u32 other table, 21 u8 and 22 u8 cascades (4 where there is no
+//     foreign key), 23 u8 kind, 24 u32 0
 //
 // Invariants:
 //   1. The null mask goes by column number, the variable part by variable index, the user by ordinal (equal
-//   ones by place).
-//   2. Column numbers, variable indexes and fixed offsets are handed out in order of creation and never
-//   again.
+//      ones by place).
+//   2. Column numbers, variable indexes and fixed offsets are handed out in order of creation and never again.
 //   3. Row count, auto-number and distinct counts change with the rows, and lie on the first page; all else
-//   is fixed.
+//      is fixed.
 
 #include "platform/jet/Bytes.h"
 
@@ -85,9 +81,9 @@ struct TableDefinition
     std::vector<LongValueMaps> longValues;
     std::size_t fixedEnd = 0; // bytes of the fixed part of a row written now
     bool knownOrder = true;   // every text key can be made
-    Bytes fixedContent; // the string without what changes with the rows, and properties: tells whether it is
-                        // still the same
-    Bytes properties;   // the property blob
+    // The string without what changes with the rows, and properties: tells whether it is still the same.
+    Bytes fixedContent;
+    Bytes properties; // the property blob
 
     PageNo page() const { return pages.front(); }
     const Column *byNumber(std::uint16_t number) const;

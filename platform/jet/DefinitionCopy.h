@@ -4,10 +4,9 @@
 //
 // Invariants:
 //   1. Descriptors, names, indexes and their flags are kept as they are, known or not, in their order in the
-//   list.
+//      list.
 //   2. Column numbers, variable indexes and fixed offsets follow the old numbers without their gaps.
-//   3. Row count, auto-number, index counts, maps and roots are of the new file; foreign keys name its
-//   tables.
+//   3. Row count, auto-number, index counts, maps and roots are of the new file; foreign keys name its tables.
 
 #include "platform/jet/Definition.h"
 

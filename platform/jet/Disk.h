@@ -20,12 +20,13 @@ enum class LockKind { None, Shared, Exclusive };
 // The bytes that stand for locks lie far behind any page (2 GiB and up) and are never written. They belong to
 // the opened file and die with it, and with its process.
 enum class LockByte : std::uint64_t {
-    Reading = 0x80000000,  // shared while a command reads; exclusive while a commit writes its pages
-    Writing = 0x80000001,  // exclusive from the first change of a command to its commit: one writer at a time
-    Open = 0x80000002,     // shared as long as the file is open; exclusive for compaction and overwriting
-    ReadTurn = 0x80000003, // held only while Reading or Writing is waited for, so that whoever comes and goes
-                           // quickly
-    WriteTurn = 0x80000004 // doesn't keep the patient from their turn
+    Reading = 0x80000000, // shared while a command reads; exclusive while a commit writes its pages
+    Writing = 0x80000001, // exclusive from the first change of a command to its commit: one writer at a time
+    Open = 0x80000002,    // shared as long as the file is open; exclusive for compaction and overwriting
+    // Held only while Reading or Writing is waited for, so that whoever comes and goes quickly doesn't keep
+    // the patient from their turn.
+    ReadTurn = 0x80000003,
+    WriteTurn = 0x80000004
 };
 
 // What tells one file from another, whatever its name is now.

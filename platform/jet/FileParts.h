@@ -4,8 +4,7 @@
 //
 // Invariants:
 //   1. Knowledge kept in memory (catalog, definitions) is of `generation`; it is compared with the bytes of
-//   the
-//      file whenever others have committed or changes were undone. Our own commits change rows and counts,
+//      the file whenever others have committed or changes were undone. Our own commits change rows and counts,
 //      not the knowledge; what does (a new table, rows of the catalog) calls forget().
 //   2. A Table lives as long as the File. Its definition object is replaced only if the file holds another
 //      one now; it never comes to stand for a table of another name.

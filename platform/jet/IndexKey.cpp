@@ -10,12 +10,11 @@
 //   Boolean                   Yes 00, No FF
 //   Text, Memo                the text's key (TextOrder.h); descending: all of it inverted, then 00
 //   GUID, Binary              groups of 8 bytes, each but the last followed by 09 (never inverted); the last
-//   padded with zeros and
-//                             followed by its length; an empty value has no bytes. A GUID in the order in
-//                             which it is printed
-//   Decimal                   sign byte, 16 bytes of magnitude big-endian; not negative: FF and the
-//   magnitude; negative: 00 and the
-//                             magnitude inverted. Descending inverts the magnitude, not the sign byte
+//                             padded with zeros and followed by its length; an empty value has no bytes. A
+//                             GUID in the order in which it is printed
+//   Decimal                   sign byte, 16 bytes of magnitude big-endian; not negative: FF and the magnitude;
+//                             negative: 00 and the magnitude inverted. Descending inverts the magnitude, not
+//                             the sign byte
 #include "platform/jet/Error.h"
 #include "platform/jet/IndexTree.h"
 #include "platform/jet/TextOrder.h"

@@ -8,11 +8,11 @@
 //    8  u32  0
 //   12  u32  previous page of the level, 0 = none
 //   16  u32  next page of the level, 0 = none
-//   20  u32  node: page of the last child, which has no entry ("tail"); 0 in a leaf, and in a node with one
-//   child 24  u16  length of the common prefix p 26  u8   level: 0 leaf, 1 the nodes above leaves, ... 27 453
-//   entry ends: bit k (lowest first) of byte i is set if an entry ends 8*i + k bytes behind 480
-//  480  3616 entries, back to back. With p > 0 the first p bytes of the first entry are left out of all
-//  others
+//   20  u32  node: page of the last child, which has no entry ("tail"); 0 in a leaf, and in a node with one child
+//   24  u16  length of the common prefix p
+//   26  u8   level: 0 leaf, 1 the nodes above leaves, ...
+//   27  453  entry ends: bit k (lowest first) of byte i is set if an entry ends 8*i + k bytes behind 480
+//  480  3616 entries, back to back. With p > 0 the first p bytes of the first entry are left out of all others
 //
 // An entry: key, page of the row (u24), row number (u8); in a node then the child's page (u32). Big-endian,
 // all of it. Entries rise by key (bytes, unsigned), then by row. A node's entry is a copy of the greatest
@@ -61,8 +61,8 @@ struct IndexPage
     bool leaf = true;
     std::uint8_t level = 0;
     PageNo previous = 0, next = 0, tail = 0;
-    bool hadPrefix =
-        false; // only such a page gets a prefix again: others split first, which keeps changes in place quick
+    // Only such a page gets a prefix again: others split first, which keeps changes in place quick.
+    bool hadPrefix = false;
     std::vector<IndexEntry> entries;
 
     std::size_t childCount() const { return entries.size() + (tail != 0 ? 1 : 0); }

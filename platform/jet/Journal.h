@@ -34,14 +34,15 @@
 //
 // A journal without a living owner (nobody holds LockByte::Writing) is judged against the file, sector by
 // sector:
-//   every sector new, length new; or every     the commit was complete, or -> sync the file, remove the journal
-//     sector old, length old                   hadn't begun to write
-//   each sector old or new otherwise, length   it was interrupted          -> write the old pages, cut, sync, remove
+//   every sector new, length new; or every      the commit was complete, or -> sync the file, remove the journal
+//     sector old, length old                    hadn't begun to write
+//   each sector old or new otherwise, length    it was interrupted          -> write the old pages, cut, sync, remove
 //     in between
-//   a sector of neither kind, page 0 or length  of another file, or older   -> never played; set aside as "<file>-journal-unused"
-//     that doesn't fit                          than the file's state
-//   torn, and no page of it written yet        crash in step 1             -> remove
-//   anything else (not ours, a link, a folder) not ours to judge           -> set aside
+//   a sector of neither kind, page 0 or length  of another file, or older   -> never played; set aside as
+//     that doesn't fit                          than the file's state          "<file>-journal-unused"
+//   torn, and no page of it written yet         crash in step 1             -> remove
+//   anything else (not ours, a link, a folder)  not ours to judge           -> set aside
+//
 // One thing stays open: if the last sync of step 2 fails and the disk refuses the undoing as well, the commit
 // is reported as failed and yet stands if every page has reached the disk. So "belongs to this file" is
 // decided by content: it holds when disks are renumbered and when file and journal are copied together, and

@@ -41,11 +41,11 @@ class FilePager final : public Pager
 public:
     struct Opening
     {
-        fs::path path;         // as the caller named it
-        fs::path place;        // without symbolic links
-        fs::path fresh;        // where a new file is built; empty when there is one already
-        bool writable = false; // the disk lets us; also for those who only read, since a crash may have left
-                               // something to undo
+        fs::path path;  // as the caller named it
+        fs::path place; // without symbolic links
+        fs::path fresh; // where a new file is built; empty when there is one already
+        // The disk lets us; also for those who only read, since a crash may have left something to undo.
+        bool writable = false;
         bool mayWrite = false; // and the caller wants to
     };
 

@@ -8,8 +8,9 @@
 //   u16                     end of the variable part, from the row's start
 //   u16 each                start of each variable value, in falling order of variable index
 //   u16                     number of variable columns
-//   (columns + 7) / 8       null mask: bit n (lowest first) belongs to column number n; 1 = not Null; the
-//   value of a Boolean
+//   (columns + 7) / 8       null mask: bit n (lowest first) belongs to column number n; 1 = not Null; the value
+//                           of a Boolean
+//
 // A table that has never had a variable column has no end, starts and count.
 //
 // Text: UTF-16LE; or FF FE and a byte a character (U+0001 to U+00FF), where a zero byte switches to two bytes

@@ -3,15 +3,14 @@
 //
 // Invariants:
 //   1. Everything that can be refused (types, lengths, Null, zero length, uniqueness, relationships, size) is
-//   checked before the first change.
+//      checked before the first change.
 //   2. A row is added behind all others: on the last page of the table or on a new one above it. Table order
-//   is order of adding.
+//      is order of adding.
 //   3. A row is known everywhere by its first place. A moved row has the flag 0x8000, and its first place
-//   points to it, never to
-//      another forward.
+//      points to it, never to another forward.
 //   4. The free-space map lists a page of the table exactly if 128 bytes or more are free on it.
 //   5. Where the file has a relationship, a row refers to one that is there, and one that is referred to
-//   stays as it is. What the original engine would pass on (cascades) is refused.
+//      stays as it is. What the original engine would pass on (cascades) is refused.
 //   6. A page left without a live row, forward or moved row is freed.
 
 #include "platform/jet/FileParts.h"

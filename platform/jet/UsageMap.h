@@ -12,7 +12,7 @@
 //
 // Invariants:
 //   1. An inline map moves as long as its pages span no more than its bits, then turns into one by reference,
-//   for good.
+//      for good.
 //   2. A bit map page is allocated like any other and is in no map but that of free pages.
 
 #include "platform/jet/DataPage.h"

@@ -15,10 +15,9 @@ QString inMask(const QString &mask, const QString &digits);
 std::optional<QString> digitsOf(const QString &mask, const QString &stored);
 
 // What is stored and what is shown:
-// - a number that was typed or changed is stored as its digits alone, complete or not: "2125551234",
-// "212555";
-// - a number that wasn't touched stays as it is stored, "(212) 555-1234" or "2125551234"; both show the same;
-// - a text that doesn't fit the mask shows as it is and is edited without the mask, until it is emptied.
+//  - a number that was typed or changed is stored as its digits alone, complete or not: "2125551234", "212555";
+//  - a number that wasn't touched stays as it is stored, "(212) 555-1234" or "2125551234"; both show the same;
+//  - a text that doesn't fit the mask shows as it is and is edited without the mask, until it is emptied.
 // The digits have no gaps: one that is deleted draws the others to the left. Signs between digits may be
 // typed or left out. Letters, and more digits than places, are refused as a whole with a beep, typed or
 // pasted; what stood in the field stays.
