@@ -19,7 +19,8 @@ struct Split
 
 Split split(DateSerial date)
 {
-    if (!(date.days >= kFirstDay && date.days < kLastDay + 1))
+    // Before day 0 the time counts away from it: the first day ends just above the number below it.
+    if (!(date.days > kFirstDay - 1 && date.days < kLastDay + 1))
         return {};
     const double day = std::trunc(date.days);
     const double second = std::nearbyint(std::fabs(date.days - day) * double{kSecondsInDay});

@@ -65,7 +65,7 @@ QString floatText(Float value, int significant)
 // Days that a date can be: 1 January 100 to the end of 31 December 9999.
 DateSerial checkedDate(double days)
 {
-    if (!(days >= kFirstDay && days < kLastDay + 1))
+    if (!(days > kFirstDay - 1 && days < kLastDay + 1))
         throw RunTimeError(RunTime::Overflow);
     return {days};
 }

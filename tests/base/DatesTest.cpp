@@ -58,6 +58,7 @@ TEST(DatesTest, DefaultText)
         {{1899, 12, 30, 9, 5, 0}, "9:05:00 AM"},
         {{1899, 12, 30, 0, 0, 0}, "12:00:00 AM"},
         {{100, 1, 1, 0, 0, 0}, "1/1/100"},
+        {{100, 1, 1, 21, 54, 33}, "1/1/100 9:54:33 PM"},
     };
     for (const auto &c : cases)
         EXPECT_EQ(dateText(serialOf(c.parts)), QLatin1StringView(c.text));

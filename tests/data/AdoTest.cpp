@@ -127,6 +127,20 @@ TEST_F(AdoTest, WalksByPosition)
     records.SetBookmark(bookmark);
     EXPECT_EQ(records.AbsolutePosition(), 4);
     EXPECT_EQ(errorOf([&] { records.SetBookmark("nonsense"); }), 3159);
+
+    const QString copy = pathOf(u"copy.mdb"_s);
+    ASSERT_TRUE(QFile::copy(path, copy));
+    ado::Connection other;
+    other.Open(ado::connectionText(copy));
+    ado::Recordset theirs;
+    theirs.Open(u"Select * from Vardelins order by [Beginning Time] desc"_s, other);
+    theirs.SetBookmark(bookmark);
+    EXPECT_EQ(client(theirs), u"Client 4"_s);
+    EXPECT_EQ(theirs.AbsolutePosition(), 2);
+    theirs.Close();
+    theirs.Open(u"Select * from Vardelins where Duration < .35"_s, other);
+    EXPECT_EQ(errorOf([&] { theirs.SetBookmark(bookmark); }), 3159);
+    EXPECT_EQ(client(theirs), u"Client 1"_s);
 }
 
 TEST_F(AdoTest, OrdersAndSelectsByAStatement)
