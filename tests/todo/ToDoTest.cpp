@@ -355,13 +355,19 @@ TEST_F(ToDoTest, editsAtPriorityThreeAndFindsTheOldRowByTheNewPriority)
     addItem(u"5"_s, u"Jelinek"_s, u"Tomas"_s, NullValue{}, u"read"_s);
     frmToDo list(global);
     list.show();
-    edit(list, 0, [](frmEditToDo &form) {
+    edit(list, 0, [this](frmEditToDo &form) {
         EXPECT_TRUE(control<QRadioButton>(&form, u"Option1(2)"_s)->isChecked());
         auto *owner = control<QLineEdit>(&form, u"Text1"_s);
         typeOver(owner, u"Somebody"_s);
         EXPECT_EQ(owner->text(), u"Farrow, Edith"_s) << "the box can't be changed";
         control<QLineEdit>(&form, u"Text2"_s)->setText(u"call again"_s);
         control<DateTimePicker>(&form, u"DTPicker1"_s)->setValue({46320});
+        global.ClientLastName = u"Jelinek"_s; // another's, by no way of this window
+        dialogs.expect(
+            u"You cannot edit the name of a client or a project in a To Do list.  You can, however, delete the selected To Do item and add a new one."_s);
+        choose(&form, u"mnuDone"_s);
+        EXPECT_TRUE(form.isVisible());
+        global.ClientLastName = u"Farrow"_s;
         type(owner, Qt::Key_Return);
     });
     EXPECT_EQ(table(), (QStringList{u"read,Tomas,Jelinek,,5"_s, u"call again,Edith,Farrow,,3"_s}));
