@@ -32,6 +32,8 @@ void DataReport::Refresh() const
 
 void DataReport::bindTo(const ado::Recordset &records)
 {
+    setDataSource(nullptr);
+    DataMember.clear();
     setDataSource(&records);
     Refresh();
 }

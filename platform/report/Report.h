@@ -34,7 +34,9 @@ public:
     // Looks at the source: RunTimeError 3265 for a column of the design that it doesn't have, 3704 if it
     // isn't open.
     void Refresh() const;
-    void bindTo(const ado::Recordset &records); // source and refresh in one
+    QString DataMember; // nothing comes of it
+    // Unbinds, binds and refreshes.
+    void bindTo(const ado::Recordset &records);
     const ReportRecords &records() const { return *m_records; }
 
 private:
