@@ -20,7 +20,8 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <cstdio>
-#include <sys/resource.h>
+#include <fstream>
+#include <string>
 
 using namespace Qt::StringLiterals;
 
@@ -35,11 +36,14 @@ void tell(const char *name, double number)
     std::printf("%s %.6f\n", name, number);
 }
 
+// The most memory that this program held. getrusage() would tell that of the one that started it, if it held
+// more.
 void tellPeak()
 {
-    rusage usage{};
-    getrusage(RUSAGE_SELF, &usage);
-    tell("peak", static_cast<double>(usage.ru_maxrss) * kKilobyte);
+    std::ifstream status("/proc/self/status");
+    for (std::string word; status >> word;)
+        if (double kilobytes = 0; word == "VmHWM:" && status >> kilobytes)
+            tell("peak", kilobytes * kKilobyte);
 }
 
 struct Logs

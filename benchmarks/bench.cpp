@@ -210,6 +210,7 @@ int measureAll(const QString &folder)
     // Neither the user's settings nor the user's files are touched.
     qputenv("XDG_CONFIG_HOME", files.path().toLocal8Bit());
     qputenv("XDG_DATA_HOME", files.path().toLocal8Bit());
+    qputenv("XDG_RUNTIME_DIR", files.path().toLocal8Bit());
     const QString empty = files.filePath(u"empty.mdb"_s);
     const QString small = files.filePath(u"small.mdb"_s);
     const QString large = files.filePath(u"large.mdb"_s);
