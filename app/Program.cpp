@@ -1,6 +1,7 @@
 #include "app/Program.h"
 
 #include "platform/system/AppPath.h"
+#include "platform/ui/AltKeys.h"
 #include "platform/ui/Fonts.h"
 #include "platform/ui/Icons.h"
 #include "platform/ui/Look.h"
@@ -18,6 +19,7 @@ Application::Application(int &argc, char **argv) : QApplication(argc, argv)
     setLook();
     setWindowIcon(programIcon());
     installFontSubstitutions();
+    keepAltKeysFromText(*this);
 }
 
 bool Application::notify(QObject *receiver, QEvent *event)

@@ -75,6 +75,8 @@ void DateTimePicker::keyPressEvent(QKeyEvent *event)
         setSelectedSection(AmPmSection);
         return;
     }
+    if (currentSection() == AmPmSection && letter == "m"_L1)
+        return; // the second letter, typed by habit
     const int section = currentSectionIndex();
     QDateTimeEdit::keyPressEvent(event);
     m_wentOn = !typed.isEmpty() && typed[0].isDigit() && currentSectionIndex() != section;

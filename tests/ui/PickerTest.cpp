@@ -67,8 +67,9 @@ TEST_F(PickerTest, takesWhatIsTypedSectionBySection)
     m_picker.setSelectedSection(QDateTimeEdit::HourSection);
     QTest::keyClicks(&m_picker, u"07"_s);
     m_picker.setSelectedSection(QDateTimeEdit::AmPmSection);
-    QTest::keyClicks(&m_picker, u"a"_s);
+    QTest::keyClicks(&m_picker, u"am"_s);
     EXPECT_EQ(m_picker.Value(), serialOf({2027, 3, 5, 7, 54, 33}));
+    EXPECT_EQ(m_picker.text(), u"3/05/2027 07:54 AM"_s);
     m_picker.setSelectedSection(QDateTimeEdit::MonthSection);
     QTest::keyClicks(&m_picker, u"1/2/2028"_s);
     EXPECT_EQ(m_picker.Value(), serialOf({2028, 1, 2, 7, 54, 33})) << "with single digits";

@@ -1,10 +1,13 @@
 #include "platform/ui/SharedKeys.h"
+#include "platform/ui/AltKeys.h"
 
+#include <QComboBox>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QTest>
+#include <QTextEdit>
 #include <gtest/gtest.h>
 
 using namespace Qt::StringLiterals;
@@ -32,4 +35,25 @@ TEST(SharedKeys, TheFirstCommandOfTheBarTakesTheKeyEveryTime)
     QTest::keyClick(window.centralWidget(), Qt::Key_L, Qt::AltModifier);
     EXPECT_EQ(logged, 3);
     EXPECT_TRUE(lists->isVisible()) << "the one that is left";
+}
+
+TEST(AltKeys, OneThatStandsForNothingTypesNothing)
+{
+    keepAltKeysFromText(*qApp);
+    QLineEdit line(u"Farrow"_s);
+    line.selectAll();
+    QTextEdit notes;
+    QComboBox combo;
+    combo.setEditable(true);
+    for (QWidget *field :
+         {static_cast<QWidget *>(&line), static_cast<QWidget *>(&notes), static_cast<QWidget *>(&combo)}) {
+        QTest::keyClick(field, 'l', Qt::AltModifier);
+        QTest::keyClick(field, '7', Qt::AltModifier | Qt::KeypadModifier);
+    }
+    EXPECT_EQ(line.text(), u"Farrow"_s);
+    EXPECT_EQ(notes.toPlainText() + combo.currentText(), QString());
+    for (QWidget *field :
+         {static_cast<QWidget *>(&line), static_cast<QWidget *>(&notes), static_cast<QWidget *>(&combo)})
+        QTest::keyClick(field, 'l');
+    EXPECT_EQ(line.text() + notes.toPlainText() + combo.currentText(), u"lll"_s);
 }
