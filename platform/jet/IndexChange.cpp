@@ -150,6 +150,9 @@ void IndexChange::store(IndexPath &path, std::size_t depth, IndexPage &page, boo
 {
     if (!page.leaf)
         tidyNode(page);
+    // What entries share is read from the first and the last of them.
+    if (!std::ranges::is_sorted(page.entries, {}, &IndexEntry::key))
+        m_pager.damaged(pageName(path[depth].page) + "the entries of the index are out of order");
     if (page.fits())
         return page.write(m_pager.change(path[depth].page), m_table);
     if (depth == 0) {

@@ -1,5 +1,6 @@
 #include "platform/jet/IndexTree.h"
 
+#include "platform/jet/Bytes.h"
 #include "platform/jet/Error.h"
 #include "platform/jet/TextOrder.h"
 #include "tests/jet/TreeWalk.h"
@@ -196,6 +197,18 @@ TEST_F(IndexTreeTest, PagesWithACommonPrefixStayReadableThroughChanges)
     ASSERT_TRUE(page.fits());
     page.write(pager.change(root), kTable);
     EXPECT_EQ(expectSound("as left"), 1);
+
+    // What first and last share isn't shared by the others if the last is damaged: nothing is written then.
+    const auto damaged = pager.clone();
+    std::byte *const bytes = damaged->change(root);
+    std::byte *const last =
+        bytes + kIndexEntries + kIndexRoom - load<std::uint16_t>(bytes + 2) - kRowBytes - 2;
+    ASSERT_EQ(*last, std::byte{'t'});
+    *last = std::byte{'a'};
+    MemoryPages own(*damaged);
+    EXPECT_THROW(IndexTree(*damaged, kTable, root).erase(page.entries[99].key, page.entries[99].row, own),
+                 Error);
+
     for (int i = 0; i < 400; ++i) {
         const std::string key = start + static_cast<char>('a' + pick(20)) + static_cast<char>('a' + pick(26));
         insert(key, anyRow());
