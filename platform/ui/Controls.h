@@ -83,12 +83,14 @@ public:
     std::function<void()> lostFocus;
 
 protected:
+    bool eventFilter(QObject *watched, QEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void wheelEvent(QWheelEvent *event) override; // only with the focus
 
 private:
     void followFocus(QWidget *now);
+    void selectSection(int index);
     bool m_focused = false;
     bool m_wentOn = false; // to the next section by itself, with the last digit
 };

@@ -3,14 +3,40 @@
 
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QSignalBlocker>
 #include <QWheelEvent>
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace vardelin {
+
+namespace {
+
+// The section that a key leads to from another one of so many.
+std::optional<int> sectionReached(const QKeyEvent &event, int from, int sections)
+{
+    if ((event.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier)
+        return {};
+    switch (event.key()) {
+    case Qt::Key_Left:
+        return std::max(from - 1, 0);
+    case Qt::Key_Right:
+        return std::min(from + 1, sections - 1);
+    case Qt::Key_Home:
+        return 0;
+    case Qt::Key_End:
+        return sections - 1;
+    default:
+        return {};
+    }
+}
+
+} // namespace
 
 DateTimePicker::DateTimePicker(QWidget *parent) : QDateTimeEdit(parent)
 {
@@ -21,6 +47,7 @@ DateTimePicker::DateTimePicker(QWidget *parent) : QDateTimeEdit(parent)
     setDisplayFormat(u"M/dd/yyyy hh:mm AP"_s);
     setCalendarPopup(true);
     setFocusPolicy(Qt::StrongFocus);
+    lineEdit()->installEventFilter(this);
     connect(this, &QDateTimeEdit::dateTimeChanged, this, [this] {
         if (edited)
             edited();
@@ -60,10 +87,28 @@ void DateTimePicker::focusInEvent(QFocusEvent *event)
     QDateTimeEdit::focusInEvent(event);
 }
 
+// What is typed replaces the section that a key or a click led to. A bare caret there would take no digit,
+// for the section is full.
+void DateTimePicker::selectSection(int index)
+{
+    setCurrentSectionIndex(index);
+    setSelectedSection(currentSection());
+}
+
+bool DateTimePicker::eventFilter(QObject *watched, QEvent *event)
+{
+    if (watched == lineEdit() && event->type() == QEvent::MouseButtonRelease &&
+        !lineEdit()->hasSelectedText())
+        selectSection(currentSectionIndex());
+    return QDateTimeEdit::eventFilter(watched, event);
+}
+
 // A section that can take no more digits passes the caret on by itself. A separator typed then, as people do,
 // means the place where the caret is already.
 void DateTimePicker::keyPressEvent(QKeyEvent *event)
 {
+    if (event->key() == Qt::Key_Shift)
+        return event->ignore(); // many keyboards have the separators on top
     const QString typed = event->text();
     const bool separator = typed == "/"_L1 || typed == ":"_L1 || typed == " "_L1;
     if (separator && std::exchange(m_wentOn, false))
@@ -78,6 +123,10 @@ void DateTimePicker::keyPressEvent(QKeyEvent *event)
     if (currentSection() == AmPmSection && letter == "m"_L1)
         return; // the second letter, typed by habit
     const int section = currentSectionIndex();
+    if (const auto reached = sectionReached(*event, section, sectionCount())) {
+        m_wentOn = false;
+        return selectSection(*reached);
+    }
     QDateTimeEdit::keyPressEvent(event);
     m_wentOn = !typed.isEmpty() && typed[0].isDigit() && currentSectionIndex() != section;
 }

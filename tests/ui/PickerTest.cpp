@@ -74,6 +74,30 @@ TEST_F(PickerTest, takesWhatIsTypedSectionBySection)
     QTest::keyClicks(&m_picker, u"1/2/2028"_s);
     EXPECT_EQ(m_picker.Value(), serialOf({2028, 1, 2, 7, 54, 33})) << "with single digits";
     EXPECT_GT(m_edits, 0);
+
+    m_picker.setSelectedSection(QDateTimeEdit::MonthSection);
+    for (const QChar typed : u"12/01/2014 12:00 AM"_s) {
+        if (u"/:AM"_s.contains(typed))
+            QTest::keyPress(&m_picker, Qt::Key_Shift);
+        QTest::keyClicks(&m_picker, typed);
+    }
+    EXPECT_EQ(m_picker.text(), u"12/01/2014 12:00 AM"_s) << "on a keyboard";
+
+    m_picker.setValue(kMoment);
+    QTest::keyClick(&m_picker, Qt::Key_Home);
+    QTest::keyClicks(&m_picker, u"1"_s);
+    QTest::keyClick(&m_picker, Qt::Key_Right);
+    QTest::keyClicks(&m_picker, u"31"_s);
+    EXPECT_EQ(m_picker.Value(), serialOf({2026, 1, 31, 21, 54, 33})) << "wherever a key leads";
+    QTest::keyClick(&m_picker, Qt::Key_End);
+    QTest::keyClick(&m_picker, Qt::Key_Left);
+    QTest::keyClicks(&m_picker, u"07"_s);
+    EXPECT_EQ(m_picker.Value(), serialOf({2026, 1, 31, 21, 7, 33}));
+    auto *line = m_picker.findChild<QLineEdit *>();
+    line->setCursorPosition(1);
+    QTest::mouseClick(line, Qt::LeftButton, {}, {8, line->height() / 2});
+    QTest::keyClicks(&m_picker, u"12"_s);
+    EXPECT_EQ(m_picker.Value(), serialOf({2026, 12, 31, 21, 7, 33})) << "and a click";
 }
 
 // Clocks went forward in this night: 2:30 never was, where there is summer time. A user may still mean it.
