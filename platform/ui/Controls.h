@@ -14,6 +14,8 @@
 #include <QToolBar>
 #include <functional>
 
+class QStringListModel;
+
 namespace vardelin {
 
 // Text order of sorted lists: without regard to case; equal ones in order of adding.
@@ -39,7 +41,7 @@ protected:
     void wheelEvent(QWheelEvent *event) override;
 
 private:
-    class QStringListModel *m_list;
+    QStringListModel *m_list;
 };
 
 class SortedCombo : public FreeCombo
